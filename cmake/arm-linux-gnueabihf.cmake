@@ -1,0 +1,12 @@
+# Cross build for the device's 32-bit ARM; tests run under qemu-user with the cross sysroot.
+set(CMAKE_SYSTEM_NAME Linux)
+set(CMAKE_SYSTEM_PROCESSOR arm)
+set(CMAKE_C_COMPILER arm-linux-gnueabihf-gcc)
+set(CMAKE_CXX_COMPILER arm-linux-gnueabihf-g++)
+set(WEBMGMT_ARM_SYSROOT /usr/arm-linux-gnueabihf CACHE PATH "cross C library for qemu-arm -L")
+set(CMAKE_CROSSCOMPILING_EMULATOR qemu-arm;-L;${WEBMGMT_ARM_SYSROOT})
+set(CMAKE_FIND_ROOT_PATH ${WEBMGMT_ARM_SYSROOT})
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)

@@ -1,0 +1,217 @@
+/*
+ * webmgmt: the support library of the router's web-management CGI programs.
+ *
+ * Every function has C linkage; every record is a plain struct built from fixed-width
+ * types so that its layout is the same on the 32-bit ARM device and on x86-64 hosts.
+ * This header compiles as C11 and as C++.
+ *
+ * Buffers: where a function writes into a caller's buffer without a size argument, the
+ * comment beside it gives the size the caller must provide.
+ */
+#ifndef WEBMGMT_H
+#define WEBMGMT_H
+
+#include <stdarg.h>
+#include <stddef.h>
+#include <stdint.h>
+#include <stdio.h>
+
+#if defined(__GNUC__)
+#define WEBMGMT_API __attribute__((visibility("default")))
+#define WEBMGMT_NORETURN __attribute__((noreturn))
+#define WEBMGMT_PRINTF(f, a) __attribute__((format(printf, f, a)))
+#else
+#define WEBMGMT_API
+#define WEBMGMT_NORETURN
+#define WEBMGMT_PRINTF(f, a)
+#endif
+
+#ifdef __cplusplus
+#define WEBMGMT_STATIC_ASSERT(c, m) static_assert(c, m)
+extern "C" {
+#else
+#define WEBMGMT_STATIC_ASSERT(c, m) _Static_assert(c, m)
+#endif
+
+/* ===================================================================================== */
+/* Request decoding                                                                      */
+/* ===================================================================================== */
+
+/* One decoded request variable; both strings are heap copies owned by the array. */
+typedef struct form_pair {
+    char *name;
+    char *value;
+} form_pair;
+
+/* The capacity process_queue() assumes for the caller's array: it stores at most this
+ * many pairs. Callers with another array size use process_queue_n(). */
+#define WEBMGMT_FORM_PAIRS 256
+
+/* Decodes the POST body, then the query string, into pairs; returns the count. */
+WEBMGMT_API int process_queue(form_pair *pairs);
+/* As process_queue(), storing at most `capacity` pairs. */
+WEBMGMT_API int process_queue_n(form_pair *pairs, int capacity);
+/* The POST body (CONTENT_LENGTH bytes, NUL-terminated) or NULL; the caller frees it. */
+WEBMGMT_API char *read_queue(void);
+/* Copies `line` up to `stop` into `word` (which must be as large as `line`). */
+WEBMGMT_API char *makeword(char *word, const char *line, char stop, char **rest);
+WEBMGMT_API char *plustospace(char *s);
+WEBMGMT_API char *unescape_url(char *s);
+WEBMGMT_API char x2c(const char *two_chars);
+/* `out` must hold 1024 bytes: longer values are cut at 1023 characters. */
+WEBMGMT_API int get_content_from_querystring(const char *name, char *out);
+WEBMGMT_API int free_buff(void *buffer, int size);
+
+/* ===================================================================================== */
+/* Template variables and HTML templates                                                 */
+/* ===================================================================================== */
+
+#define WEBMGMT_VAR_NAME_SIZE 255
+#define WEBMGMT_VAR_VALUE_SIZE 4097
+
+typedef struct var_node {
+    char name[WEBMGMT_VAR_NAME_SIZE];   /* at most 254 characters; longer names are cut */
+    char value[WEBMGMT_VAR_VALUE_SIZE]; /* at most 4096 characters; longer values are cut */
+    struct var_node *next;
+} var_node;
+
+WEBMGMT_API char *add_str(var_node **head, const char *name, const char *value);
+WEBMGMT_API void free_list(var_node **head);
+WEBMGMT_API void delete_string(var_node **head, const char *name);
+WEBMGMT_API var_node *find_keyword(const char *text, var_node *head);
+/* `at` lies in a line buffer with room for the value (print_html uses 4096 bytes). */
+WEBMGMT_API void change_keyword(char *at, const var_node *node);
+WEBMGMT_API int print_html(const char *path, var_node **head);
+WEBMGMT_API int generate_hidder_from_list(var_node *head);
+WEBMGMT_API int print_list(var_node *head);
+
+/* ===================================================================================== */
+/* File upload                                                                           */
+/* ===================================================================================== */
+
+/* ===================================================================================== */
+/* Diagnostic output                                                                     */
+/* ===================================================================================== */
+
+/* Appends the formatted message to /tmp/system.log; `stream` is ignored. */
+WEBMGMT_API void DFPrintf(FILE *stream, const char *format, ...) WEBMGMT_PRINTF(2, 3);
+WEBMGMT_API void print_hex_string(const void *bytes, int length);
+WEBMGMT_API void DPrint_hex_string(const void *bytes, int length);
+WEBMGMT_API void print_to_string(const void *bytes, int length);
+WEBMGMT_API void print_string(const void *bytes, int length);
+/* Appends 3 characters per byte to `text`. */
+WEBMGMT_API int print_byte_to_string(char *text, const void *bytes, int length);
+/* `out` must be as large as QUERY_STRING. */
+WEBMGMT_API char *gethtmlpage(char *out);
+WEBMGMT_API void *get_buffer(int size);
+WEBMGMT_API int free_buffer(void *buffer, int size);
+
+/* ===================================================================================== */
+/* Property files                                                                        */
+/* ===================================================================================== */
+
+/* ===================================================================================== */
+/* Field tables                                                                          */
+/* ===================================================================================== */
+
+/* ===================================================================================== */
+/* Wireless and system record catalogue                                                  */
+/* ===================================================================================== */
+
+/* ===================================================================================== */
+/* Network and rule-list record catalogue                                                */
+/* ===================================================================================== */
+
+/* ===================================================================================== */
+/* Form framework, list filters and forms                                                */
+/* ===================================================================================== */
+
+/* ===================================================================================== */
+/* Configuration views                                                                   */
+/* ===================================================================================== */
+
+/* ===================================================================================== */
+/* Session tokens, login lock-out and password hashing                                   */
+/* ===================================================================================== */
+
+/* ===================================================================================== */
+/* Command execution and processes                                                       */
+/* ===================================================================================== */
+
+/* One process as the /proc scanner sees it. */
+typedef struct proc_entry {
+    int32_t pid;
+    char user[9];       /* user name or numeric uid, cut to 8 characters */
+    char state[4];      /* state letter, ' ' or 'W', '<' 'N' or ' ', NUL */
+    uint32_t rss;       /* kilobytes */
+    int32_t ppid;
+    char short_cmd[16]; /* command name from /proc/<pid>/stat */
+} proc_entry;
+WEBMGMT_STATIC_ASSERT(sizeof(proc_entry) == 44, "proc_entry layout");
+
+WEBMGMT_API extern const char *bb_applet_name;
+WEBMGMT_API extern int bb_default_error_retval;
+WEBMGMT_API extern const char *const bb_msg_memory_exhausted;
+
+WEBMGMT_API int do_system(const char *format, ...) WEBMGMT_PRINTF(1, 2);
+WEBMGMT_API int Kill_App_byname(const char *name);
+WEBMGMT_API int Kill_App_byPid(const char *pid);
+WEBMGMT_API int File_Exist(const char *path);
+/* `buffer` must hold 255 bytes. */
+WEBMGMT_API char *getStrvalfromfile(const char *path, char *buffer);
+WEBMGMT_API int getPid(const char *path);
+WEBMGMT_API proc_entry *procps_scan(void);
+/* Heap list of pids ending in 0, or the single value -1; the caller frees it. */
+WEBMGMT_API int32_t *find_pid_by_name(const char *name);
+WEBMGMT_API int is_runing(const char *name);
+WEBMGMT_API int Cloud_Config(int mode, int enable);
+WEBMGMT_API void bb_verror_msg(const char *format, va_list args);
+WEBMGMT_API WEBMGMT_NORETURN void bb_error_msg_and_die(const char *format, ...)
+    WEBMGMT_PRINTF(1, 2);
+WEBMGMT_API void *xmalloc(size_t size);
+WEBMGMT_API void *xrealloc(void *block, size_t size);
+WEBMGMT_API char *safe_strncpy(char *dst, const char *src, size_t size);
+WEBMGMT_API char *my_getug(char *buffer, const char *name, long id, int bufsize, char prefix);
+WEBMGMT_API char *my_getpwuid(char *buffer, long uid, int bufsize);
+
+/* ===================================================================================== */
+/* Interface and port probes, ARP and leases, statistics                                 */
+/* ===================================================================================== */
+
+/* ===================================================================================== */
+/* Firmware verification and small conversions                                           */
+/* ===================================================================================== */
+
+WEBMGMT_API int verify_upgrade_image(const char *image_path, const char *signature_path);
+WEBMGMT_API int str2mac(const char *text, unsigned char *mac);
+WEBMGMT_API int mac_is_zero(const unsigned char *mac);
+WEBMGMT_API int c2i(char c);
+WEBMGMT_API int hex2dec(const char *text);
+WEBMGMT_API int split_mac_convert_int_array(char *text, const char *separators, unsigned char *mac);
+/* `dst` must hold half the text's length plus one. */
+WEBMGMT_API void HexToStr(char *dst, const char *hex);
+WEBMGMT_API void HexToAscii(const unsigned char *bytes, char *dst, int count);
+WEBMGMT_API void AsciiToHex(const char *hex, unsigned char *dst, int length);
+/* `dst` is zeroed by the caller and must hold 6 times the text's length plus one. */
+WEBMGMT_API void filter_xml_name(const char *text, char *dst);
+/* `dst` is zeroed by the caller and must hold twice the text's length plus one. */
+WEBMGMT_API void filter_json_name(const char *text, char *dst);
+WEBMGMT_API int web_commd_str_filter(char *buffer, int length);
+WEBMGMT_API void str_replace_char(const char *src, char *dst, const char *chars,
+                                  const char *const *replacements, int count);
+WEBMGMT_API char *strAToa(char *text);
+WEBMGMT_API char *straToA(char *text);
+WEBMGMT_API int low2UpperChar(const char *src, int count, char *dst);
+WEBMGMT_API int ntod(uint32_t mask);
+WEBMGMT_API int mypow2(int n);
+WEBMGMT_API int change_time_to_int(const char *hhmm);
+WEBMGMT_API int check_time_one_day(const char *start, const char *end);
+/* `dst` must hold 64 bytes. */
+WEBMGMT_API int get_current_time(char *dst);
+WEBMGMT_API uint32_t get_now_msec(void);
+WEBMGMT_API int fwritestr(const char *path, const char *text);
+
+#ifdef __cplusplus
+}
+#endif
+#endif /* WEBMGMT_H */

@@ -1,0 +1,16 @@
+// Running device tools without a shell: request data reaches them only as arguments.
+#pragma once
+
+#include <span>
+
+namespace wm {
+
+// Runs argv[0] (looked up in PATH) with the given null-terminated argument vector and
+// waits for it. Returns the wait status as system() would, or -1 when it cannot start.
+int run_argv(const char *const argv[]);
+
+// As run_argv(), and keeps the first line the tool prints on standard output (without its
+// line feed) in `line`; the rest of the output is read and dropped.
+int run_argv_line(const char *const argv[], std::span<char> line);
+
+} // namespace wm

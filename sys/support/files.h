@@ -1,0 +1,35 @@
+// Whole-file helpers: crash-safe rewrites and small reads.
+#pragma once
+
+#include <cstdio>
+#include <span>
+
+namespace wm {
+
+// Writes a replacement of `target` into `target` + ".cgi"; commit() flushes it to disk and
+// renames it onto the target in one step, so that a crash leaves the old or the new file.
+// Without commit() the temporary file is removed and the target stays as it was.
+class AtomicFile {
+  public:
+    explicit AtomicFile(const char *target, const char *mode = "w");
+    AtomicFile(const AtomicFile &) = delete;
+    AtomicFile &operator=(const AtomicFile &) = delete;
+    ~AtomicFile();
+    FILE *get() const { return file_; }
+    explicit operator bool() const { return file_ != nullptr; }
+    bool commit();
+
+  private:
+    FILE *file_ = nullptr;
+    char target_[512];
+    char temp_[520];
+};
+
+// Reads up to buffer.size() - 1 bytes of a file and terminates them; -1 when it cannot be
+// opened, else the byte count.
+long read_file_text(const char *path, std::span<char> buffer);
+
+// Writes all of `data`, retrying short writes; false on error.
+bool write_all(int fd, const void *data, size_t length);
+
+} // namespace wm

@@ -1,0 +1,29 @@
+#include "sys/support/paths.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+
+namespace wm {
+
+const char *device_root() {
+    const char *root = std::getenv("WEBMGMT_ROOT");
+    return root ? root : "";
+}
+
+DevicePath device_path(const char *fixed) {
+    DevicePath p;
+    std::snprintf(p.text, sizeof p.text, "%s%s", device_root(), fixed);
+    return p;
+}
+
+DevicePath device_pathf(const char *format, ...) {
+    char fixed[kPathSize];
+    va_list ap;
+    va_start(ap, format);
+    std::vsnprintf(fixed, sizeof fixed, format, ap);
+    va_end(ap);
+    return device_path(fixed);
+}
+
+} // namespace wm

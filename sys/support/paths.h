@@ -1,0 +1,36 @@
+// The device's fixed paths, in one place. When WEBMGMT_ROOT is set (tests, the demo) each
+// of them lives under that directory; on the device it is unset and they are used as is.
+#pragma once
+
+#include <cstddef>
+
+namespace wm {
+
+namespace fixed {
+inline constexpr char kProc[] = "/proc";
+inline constexpr char kSystemLog[] = "/tmp/system.log";
+inline constexpr char kCmdRamMarker[] = "/var/cmd_ram";
+inline constexpr char kCmdFlashMarker[] = "/var/cmd_flash";
+inline constexpr char kCmdRamLog[] = "/tmp/cmdinfo";
+inline constexpr char kCmdFlashLog[] = "/usr/sbin/cmdinfo";
+inline constexpr char kCloudWatchdogPid[] = "/var/run/check-cloud-client.pid";
+inline constexpr char kKillForUpload[] = "/usr/sbin/killforuploadfile.sh";
+inline constexpr char kLoginLock[] = "/var/loginlock";
+inline constexpr char kUserToken[] = "/var/usertoken";
+} // namespace fixed
+
+inline constexpr size_t kPathSize = 512;
+
+struct DevicePath {
+    char text[kPathSize];
+    const char *c_str() const { return text; }
+};
+
+// `fixed` (an absolute device path) as this process must open it.
+DevicePath device_path(const char *fixed);
+// The same for a path built with a format, such as "/proc/%d/stat".
+DevicePath device_pathf(const char *format, ...) __attribute__((format(printf, 1, 2)));
+// The directory fixed paths are placed under: "" on the device.
+const char *device_root();
+
+} // namespace wm

@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# The shared library exports the functions and variables the public header declares, and no
+# others, and needs nothing at run time but the C library.
+set -eu
+lib=$1 header=$2
+fail=0
+exported=$(nm -D --defined-only "$lib" | awk '$2 ~ /[TDBRVW]/ {print $3}' | sort -u)
+declared=$(sed -n 's/^WEBMGMT_API \(.*\)/\1/p' "$header" |
+  sed -E 's/\(.*//; s/[[:space:]]*\[.*//; s/;//; s/.*[ *]//' | sort -u)
+extra=$(comm -23 <(echo "$exported") <(echo "$declared"))
+missing=$(comm -13 <(echo "$exported") <(echo "$declared"))
+[ -z "$extra" ] || { echo "exported but not declared:"; echo "$extra"; fail=1; }
+[ -z "$missing" ] || { echo "declared but not exported:"; echo "$missing"; fail=1; }
+needed=$(readelf -d "$lib" | sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p')
+echo "NEEDED: $needed" | tr '\n' ' '; echo
+for n in $needed; do
+  case $n in
+    libc.so.*|ld-linux*|libconfig_data_api.so*) ;;
+    *) echo "unexpected run-time dependency: $n"; fail=1 ;;
+  esac
+done
+exit $fail

@@ -1,0 +1,147 @@
+#include "harness.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <fstream>
+#include <sstream>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace wmtest {
+namespace {
+
+// Reads both pipes to their ends without letting either fill up.
+void collect(int out_fd, int err_fd, ChildResult &r) {
+    std::string *dst[2] = {&r.out, &r.err};
+    int fds[2] = {out_fd, err_fd};
+    int open_count = 2;
+    fd_set set;
+    while (open_count) {
+        FD_ZERO(&set);
+        int maxfd = -1;
+        for (int fd : fds)
+            if (fd >= 0) {
+                FD_SET(fd, &set);
+                maxfd = std::max(maxfd, fd);
+            }
+        if (select(maxfd + 1, &set, nullptr, nullptr, nullptr) < 0)
+            continue;
+        for (int i = 0; i < 2; ++i) {
+            if (fds[i] < 0 || !FD_ISSET(fds[i], &set))
+                continue;
+            char buf[65536];
+            ssize_t n = read(fds[i], buf, sizeof buf);
+            if (n <= 0) {
+                close(fds[i]);
+                fds[i] = -1;
+                --open_count;
+            } else {
+                dst[i]->append(buf, size_t(n));
+            }
+        }
+    }
+}
+
+} // namespace
+
+TempRoot::TempRoot() {
+    const char *old = getenv("WEBMGMT_ROOT");
+    had_root_ = old != nullptr;
+    if (old)
+        old_root_ = old;
+    char templ[] = "/tmp/webmgmt-test-XXXXXX";
+    dir_ = mkdtemp(templ);
+    for (const char *sub : {"/var", "/var/run", "/tmp", "/usr", "/usr/sbin", "/etc"})
+        mkdir((dir_ + sub).c_str(), 0755);
+    symlink("/proc", (dir_ + "/proc").c_str());
+    setenv("WEBMGMT_ROOT", dir_.c_str(), 1);
+}
+
+TempRoot::~TempRoot() {
+    if (had_root_)
+        setenv("WEBMGMT_ROOT", old_root_.c_str(), 1);
+    else
+        unsetenv("WEBMGMT_ROOT");
+    if (dir_.size() > 10)
+        run_shell("rm -rf '" + dir_ + "'");
+}
+
+int ChildResult::exit_code() const { return WIFEXITED(status) ? WEXITSTATUS(status) : -1; }
+
+ChildResult run_in_child(const std::function<int()> &body, const std::string &input) {
+    ChildResult r;
+    int in[2], out[2], err[2];
+    if (pipe(in) || pipe(out) || pipe(err))
+        return r;
+    fflush(nullptr);
+    pid_t pid = fork();
+    if (pid == 0) {
+        dup2(in[0], 0);
+        dup2(out[1], 1);
+        dup2(err[1], 2);
+        for (int fd : {in[0], in[1], out[0], out[1], err[0], err[1]})
+            close(fd);
+        int rc = body();
+        fflush(nullptr);
+        _exit(rc);
+    }
+    close(in[0]);
+    close(out[1]);
+    close(err[1]);
+    // Feed standard input from a second child so that a large body cannot deadlock us.
+    pid_t feeder = fork();
+    if (feeder == 0) {
+        close(out[0]);
+        close(err[0]);
+        size_t off = 0;
+        while (off < input.size()) {
+            ssize_t n = write(in[1], input.data() + off, input.size() - off);
+            if (n <= 0)
+                break;
+            off += size_t(n);
+        }
+        _exit(0);
+    }
+    close(in[1]);
+    collect(out[0], err[0], r);
+    waitpid(pid, &r.status, 0);
+    waitpid(feeder, nullptr, 0);
+    return r;
+}
+
+ChildResult run_shell(const std::string &command, const std::string &input) {
+    return run_in_child(
+        [&] {
+            execl("/bin/sh", "sh", "-c", command.c_str(), static_cast<char *>(nullptr));
+            return 127;
+        },
+        input);
+}
+
+std::string read_file(const std::string &path) {
+    std::ifstream f(path, std::ios::binary);
+    std::stringstream ss;
+    ss << f.rdbuf();
+    return ss.str();
+}
+
+void write_file(const std::string &path, const std::string &content) {
+    std::ofstream f(path, std::ios::binary | std::ios::trunc);
+    f << content;
+}
+
+bool file_exists(const std::string &path) {
+    struct stat st;
+    return lstat(path.c_str(), &st) == 0;
+}
+
+std::string source_dir() { return WEBMGMT_SOURCE_DIR; }
+std::string binary_dir() {
+    const char *b = getenv("WEBMGMT_BIN_DIR");
+    return b ? b : WEBMGMT_BINARY_DIR;
+}
+
+} // namespace wmtest

@@ -1,0 +1,49 @@
+// Test helpers: private device trees, child processes with captured output, files.
+#pragma once
+
+#include <functional>
+#include <string>
+
+namespace wmtest {
+
+// A private device tree for one test: sets WEBMGMT_ROOT to a fresh directory with var/,
+// tmp/, usr/sbin/ and a proc link to the real /proc; removes it all afterwards.
+class TempRoot {
+  public:
+    TempRoot();
+    ~TempRoot();
+    TempRoot(const TempRoot &) = delete;
+    TempRoot &operator=(const TempRoot &) = delete;
+    const std::string &dir() const { return dir_; }
+    // `device_path` (such as "/var/usertoken") inside the tree.
+    std::string path(const std::string &device_path) const { return dir_ + device_path; }
+
+  private:
+    std::string dir_;
+    std::string old_root_;
+    bool had_root_ = false;
+};
+
+struct ChildResult {
+    int status = -1;     // wait status
+    std::string out;     // what the child wrote on standard output
+    std::string err;     // and on standard error
+    int exit_code() const;
+};
+
+// Runs `body` in a forked child whose standard input is `input`; the child exits with the
+// value `body` returns. Use it for anything that prints, exits or reads standard input.
+ChildResult run_in_child(const std::function<int()> &body, const std::string &input = "");
+
+// Runs a shell command line and captures its output.
+ChildResult run_shell(const std::string &command, const std::string &input = "");
+
+std::string read_file(const std::string &path);
+void write_file(const std::string &path, const std::string &content);
+bool file_exists(const std::string &path);
+
+// The source tree and the build tree of the project.
+std::string source_dir();
+std::string binary_dir();
+
+} // namespace wmtest
