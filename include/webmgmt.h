@@ -110,9 +110,28 @@ WEBMGMT_API int free_buffer(void *buffer, int size);
 /* Property files                                                                        */
 /* ===================================================================================== */
 
+/* One NAME=value pair of a property file; both strings are heap copies owned by the
+ * array. Shares its layout with form_pair so that get_prop() serves both. */
+typedef struct prop_pair {
+    char *name;
+    char *value;
+} prop_pair;
+WEBMGMT_STATIC_ASSERT(sizeof(prop_pair) == sizeof(form_pair), "prop_pair and form_pair");
+
 /* ===================================================================================== */
 /* Field tables                                                                          */
 /* ===================================================================================== */
+
+#define WEBMGMT_FIELD_NAME_SIZE 100
+#define WEBMGMT_FIELD_ROWS 2000
+
+/* One row of a field table or form binding table; an empty name ends the table. */
+typedef struct field_desc {
+    char name[WEBMGMT_FIELD_NAME_SIZE];
+    void *address;
+    int16_t type;  /* 1 to 12 */
+    uint16_t size; /* bytes of the member */
+} field_desc;
 
 /* ===================================================================================== */
 /* Wireless and system record catalogue                                                  */
