@@ -17,6 +17,10 @@ inline constexpr char kCloudWatchdogPid[] = "/var/run/check-cloud-client.pid";
 inline constexpr char kKillForUpload[] = "/usr/sbin/killforuploadfile.sh";
 inline constexpr char kLoginLock[] = "/var/loginlock";
 inline constexpr char kUserToken[] = "/var/usertoken";
+// The configuration store: memory copies (lost at reboot), flash copies, factory defaults.
+inline constexpr char kConfigMemoryDir[] = "/var/config";
+inline constexpr char kConfigFlashDir[] = "/etc/config_flash";
+inline constexpr char kConfigDefaultsDir[] = "/usr/share/webmgmt/defaults";
 } // namespace fixed
 
 inline constexpr size_t kPathSize = 512;

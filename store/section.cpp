@@ -1,0 +1,239 @@
+// Section files: the memory copy under /var, the flash copy, the factory defaults; the
+// per-process record; crash-safe writes serialised by open-file-description locks.
+#include "store/internal/section.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "sys/support/files.h"
+#include "sys/support/paths.h"
+#include "sys/support/text.h"
+
+namespace wm::store {
+namespace {
+
+// This process's copy of a section and what it last read or wrote of it. The pid and root
+// tell a forked child, or a test that moved WEBMGMT_ROOT, to load afresh.
+struct Cached {
+    uint8_t *record;
+    uint8_t *seen;
+    pid_t pid;
+    char root[kPathSize];
+};
+constinit Cached g_cache[kSectionCount] = {};
+
+DevicePath section_file(const char *dir, const char *name, const char *suffix) {
+    return device_pathf("%s/%s%s", dir, name, suffix);
+}
+
+// mkdir -p of the directory that holds `path`.
+void make_parent_dirs(const char *path) {
+    char dir[kPathSize];
+    copy_bounded(dir, path);
+    for (char *p = dir + 1; *p; ++p) {
+        if (*p != '/') continue;
+        *p = '\0';
+        ::mkdir(dir, 0755);
+        *p = '/';
+    }
+}
+
+enum class ReadResult { kOk, kMissing, kRefused };
+
+// Reads exactly `size` bytes; a file of any other size is refused, never read past its end.
+ReadResult read_exact(const char *path, void *out, uint32_t size) {
+    UniqueFd fd(::open(path, O_RDONLY | O_CLOEXEC));
+    if (!fd) return ReadResult::kMissing;
+    struct stat st {};
+    if (::fstat(fd.get(), &st) != 0 || st.st_size != off_t(size)) {
+        std::fprintf(stderr, "config_data_api: %s holds %lld bytes, the section has %u; ignored\n",
+                     path, static_cast<long long>(st.st_size), size);
+        return ReadResult::kRefused;
+    }
+    auto *p = static_cast<uint8_t *>(out);
+    uint32_t got = 0;
+    while (got < size) {
+        ssize_t n = ::read(fd.get(), p + got, size - got);
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) {
+            std::fprintf(stderr, "config_data_api: %s ended early; ignored\n", path);
+            return ReadResult::kRefused;
+        }
+        got += uint32_t(n);
+    }
+    return ReadResult::kOk;
+}
+
+bool write_copy(const char *path, const void *record, uint32_t size) {
+    make_parent_dirs(path);
+    AtomicFile f(path, "wb");
+    if (!f || std::fwrite(record, 1, size, f.get()) != size) return false;
+    return f.commit();
+}
+
+// Every record starts with the version bytes and then the lock-file path.
+struct Head {
+    uint8_t main_version;
+    uint8_t sub_version;
+    char lock_file[128];
+};
+
+void set_lock_file(const Section &s, void *record) {
+    auto *head = static_cast<Head *>(record);
+    DevicePath lock = section_file(fixed::kConfigMemoryDir, s.name, ".lock");
+    std::memset(head->lock_file, 0, sizeof head->lock_file);
+    // A path that does not fit is left empty: the forms then fail to lock, never lock a
+    // truncated name.
+    if (std::strlen(lock.c_str()) < sizeof head->lock_file)
+        copy_bounded(head->lock_file, lock.c_str());
+}
+
+// The stored section: the memory copy, else the flash copy, else the factory defaults.
+void load_current(SectionId id, void *record) {
+    const Section &s = section(id);
+    DevicePath memory = section_file(fixed::kConfigMemoryDir, s.name, ".bin");
+    DevicePath flash = section_file(fixed::kConfigFlashDir, s.name, ".bin");
+    if (read_exact(memory.c_str(), record, s.size) != ReadResult::kOk &&
+        read_exact(flash.c_str(), record, s.size) != ReadResult::kOk) {
+        std::memset(record, 0, s.size);
+        load_defaults(s, record);
+        auto *head = static_cast<Head *>(record);
+        head->main_version = kMainVersion;
+        head->sub_version = kSubVersion;
+    }
+    set_lock_file(s, record);
+}
+
+bool same_list(const ListDesc &l, const uint8_t *a, const uint8_t *b) {
+    return std::memcmp(a + l.count_offset, b + l.count_offset, l.count_size) == 0 &&
+           std::memcmp(a + l.elem_offset, b + l.elem_offset, l.elem_end() - l.elem_offset) == 0;
+}
+
+bool cache_is_current(const Cached &c) {
+    return c.record && c.pid == ::getpid() && std::strcmp(c.root, device_root()) == 0;
+}
+
+Cached *load_cache(SectionId id) {
+    Cached &c = g_cache[id];
+    if (cache_is_current(c)) return &c;
+    const Section &s = section(id);
+    if (!c.record) {
+        c.record = static_cast<uint8_t *>(std::malloc(s.size));
+        c.seen = static_cast<uint8_t *>(std::malloc(s.size));
+        if (!c.record || !c.seen) {
+            std::free(c.record);
+            std::free(c.seen);
+            c.record = c.seen = nullptr;
+            return nullptr;
+        }
+    }
+    // The forms create the lock files in the memory directory: it must exist.
+    make_parent_dirs(section_file(fixed::kConfigMemoryDir, s.name, ".lock").c_str());
+    load_current(id, c.record);
+    std::memcpy(c.seen, c.record, s.size);
+    c.pid = ::getpid();
+    copy_bounded(c.root, device_root());
+    return &c;
+}
+
+// The store's own lock file of a section: never the file the forms lock, so that a store
+// call made while a form holds its lock neither waits for it nor, by closing, releases it.
+int open_store_lock(const Section &s) {
+    DevicePath lock = section_file(fixed::kConfigMemoryDir, s.name, ".store-lock");
+    int fd = ::open(lock.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
+    if (fd < 0 && errno == ENOENT) {
+        make_parent_dirs(lock.c_str()); // a fresh boot has no memory directory yet
+        fd = ::open(lock.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
+    }
+    return fd;
+}
+
+} // namespace
+
+void *get(SectionId id) {
+    Cached *c = load_cache(id);
+    return c ? c->record : nullptr;
+}
+
+Transaction::Transaction(SectionId id)
+    : id_(id), fd_(open_store_lock(section(id))), lock_(fd_.get(), true),
+      record_(static_cast<uint8_t *>(std::malloc(section(id).size))) {
+    if (ok()) load_current(id, record_.get());
+}
+
+int Transaction::commit(bool flash) {
+    const Section &s = section(id_);
+    if (!ok()) return CONFIG_ERR_IO;
+    DevicePath memory = section_file(fixed::kConfigMemoryDir, s.name, ".bin");
+    if (!write_copy(memory.c_str(), record_.get(), s.size)) return CONFIG_ERR_IO;
+    if (flash) {
+        DevicePath copy = section_file(fixed::kConfigFlashDir, s.name, ".bin");
+        if (!write_copy(copy.c_str(), record_.get(), s.size)) return CONFIG_ERR_IO;
+    }
+    return CONFIG_OK;
+}
+
+void Transaction::publish(uint32_t begin, uint32_t end, void *caller) {
+    const uint8_t *from = record_.get() + begin;
+    size_t n = end - begin;
+    Cached *c = load_cache(id_);
+    if (caller) std::memmove(static_cast<uint8_t *>(caller) + begin, from, n);
+    if (c) {
+        if (c->record != caller) std::memcpy(c->record + begin, from, n);
+        std::memcpy(c->seen + begin, from, n);
+    }
+}
+
+int save(SectionId id, const void *record, bool flash) {
+    const Section &s = section(id);
+    if (!record) return CONFIG_ERR_ARGUMENT;
+    Cached *c = load_cache(id);
+    Transaction t(id);
+    if (!t.ok()) return CONFIG_ERR_IO;
+    // Start from the caller's record; keep the stored list wherever the caller did not touch
+    // it, so that an add another process made since this one read the section survives.
+    HeapPtr<uint8_t> stored(static_cast<uint8_t *>(std::malloc(s.size)));
+    if (!stored) return CONFIG_ERR_IO;
+    std::memcpy(stored.get(), t.record(), s.size);
+    std::memcpy(t.record(), record, s.size);
+    size_t n = 0;
+    const ListDesc *const *lists = all_lists(&n);
+    for (size_t i = 0; c && i < n; ++i) {
+        const ListDesc &l = *lists[i];
+        if (l.section == id && same_list(l, c->seen, t.record())) {
+            std::memcpy(t.record() + l.count_offset, stored.get() + l.count_offset, l.count_size);
+            std::memcpy(t.record() + l.elem_offset, stored.get() + l.elem_offset,
+                        l.elem_end() - l.elem_offset);
+        }
+    }
+    set_lock_file(s, t.record());
+    int rc = t.commit(flash);
+    if (rc == CONFIG_OK) t.publish(0, s.size, const_cast<void *>(record));
+    return rc;
+}
+
+int reset(SectionId id) {
+    const Section &s = section(id);
+    Transaction t(id);
+    if (!t.ok()) return CONFIG_ERR_IO;
+    for (const char *dir : {fixed::kConfigMemoryDir, fixed::kConfigFlashDir}) {
+        DevicePath p = section_file(dir, s.name, ".bin");
+        if (::unlink(p.c_str()) != 0 && errno != ENOENT) return CONFIG_ERR_IO;
+    }
+    g_cache[id].pid = 0; // reload on the next get
+    return CONFIG_OK;
+}
+
+int section_index(const char *name) {
+    if (!name) return -1;
+    for (int i = 0; i < kSectionCount; ++i)
+        if (std::strcmp(section(SectionId(i)).name, name) == 0) return i;
+    return -1;
+}
+
+} // namespace wm::store
