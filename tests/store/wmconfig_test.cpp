@@ -20,9 +20,8 @@ class Wmconfig : public ::testing::Test {
     void TearDown() override { unsetenv("WEBMGMT_DEFAULTS_DIR"); }
 
     wmtest::ChildResult run(const std::string &args) {
-        const char *emulator = getenv("WEBMGMT_TEST_EMULATOR");
-        return wmtest::run_shell(std::string(emulator ? emulator : "") + " '" +
-                                 wmtest::binary_dir() + "/wmconfig' " + args);
+        return wmtest::run_shell(std::string(WEBMGMT_STORE_EMULATOR) + " '" WEBMGMT_WMCONFIG "' " +
+                                 args);
     }
     TempRoot root;
 };
