@@ -43,12 +43,8 @@ void dump_abbreviated(const unsigned char *bytes, int length, int edge, Emit emi
         one(fmt, i);
 }
 
-void emit_stdout(const char *text) {
-    std::fputs(text, stdout);
-}
-void emit_log(const char *text) {
-    DFPrintf(stderr, "%s", text);
-}
+void emit_stdout(const char *text) { std::fputs(text, stdout); }
+void emit_log(const char *text) { DFPrintf(stderr, "%s", text); }
 
 } // namespace
 } // namespace wm
@@ -63,12 +59,15 @@ void DFPrintf(FILE *, const char *format, ...) {
     va_start(ap, format);
     int n = std::vsnprintf(buffer, wm::kLogBufferSize, format, ap);
     va_end(ap);
-    if (n < 0) return;
-    if (n > wm::kLogBufferSize - 1) n = wm::kLogBufferSize - 1;
+    if (n < 0)
+        return;
+    if (n > wm::kLogBufferSize - 1)
+        n = wm::kLogBufferSize - 1;
     buffer[n] = '\n';
     auto path = wm::device_path(wm::fixed::kSystemLog);
     wm::UniqueFile log(std::fopen(path.c_str(), "a"));
-    if (!log) return;
+    if (!log)
+        return;
     std::fwrite(buffer, 1, size_t(n), log.get());
 }
 
@@ -89,19 +88,22 @@ void print_string(const void *bytes, int length) {
     std::putchar('\n');
     for (int i = 0; i < length; ++i) {
         std::printf("%02x ", p[i]);
-        if ((i + 1) % 16 == 0) std::putchar('\n');
+        if ((i + 1) % 16 == 0)
+            std::putchar('\n');
     }
     std::putchar('\n');
 }
 
 int print_byte_to_string(char *text, const void *bytes, int length) {
-    if (length < 1) return 0;
+    if (length < 1)
+        return 0;
     auto *p = static_cast<const unsigned char *>(bytes);
     char *end = text + std::strlen(text);
     for (int i = 0; i < length; ++i) {
         std::sprintf(end, "%02X", p[i]);
         end += 2;
-        if (i + 1 < length) *end++ = (i + 1) % 6 == 0 ? ' ' : ':';
+        if (i + 1 < length)
+            *end++ = (i + 1) % 6 == 0 ? ' ' : ':';
     }
     *end = '\0';
     return 0;
@@ -110,16 +112,16 @@ int print_byte_to_string(char *text, const void *bytes, int length) {
 char *gethtmlpage(char *out) {
     const char *method = std::getenv("REQUEST_METHOD");
     const char *query = std::getenv("QUERY_STRING");
-    if (!method || strcasecmp(method, "GET") != 0 || !query) return nullptr;
+    if (!method || strcasecmp(method, "GET") != 0 || !query)
+        return nullptr;
     const char *page = std::strstr(query, "page=");
-    if (!page) return nullptr;
+    if (!page)
+        return nullptr;
     std::strcpy(out, page + 5);
     return out;
 }
 
-void *get_buffer(int size) {
-    return size < 0 ? nullptr : std::calloc(1, size_t(size));
-}
+void *get_buffer(int size) { return size < 0 ? nullptr : std::calloc(1, size_t(size)); }
 
 int free_buffer(void *buffer, int) {
     std::free(buffer);
