@@ -7,9 +7,10 @@ namespace wm {
 namespace {
 
 // One hexadecimal digit as the device reads it: no validation. Bytes are taken as
-// unsigned (as on the ARM target), so the result is the same on every host.
-constexpr int nibble(unsigned char c) {
-    return c > '@' ? (c & ~0x20) - 55 : c - '0';
+// unsigned (as on the ARM target), so the result is the same on every host; other
+// characters give meaningless nibbles, and the arithmetic wraps modulo 256.
+constexpr unsigned nibble(unsigned char c) {
+    return c > '@' ? unsigned(c & ~0x20) - 55u : unsigned(c) - unsigned('0');
 }
 
 constexpr char hex_byte(unsigned char high, unsigned char low) {
