@@ -289,35 +289,6 @@ TEST(ProcessQueue, PlainEntryPointStopsAtDocumentedCapacity) {
                                                std::to_string(WEBMGMT_FORM_PAIRS - 1)));
 }
 
-TEST(ReadQueue, ReturnsTheBodyOrNull) {
-    struct Case {
-        const char *method, *length;
-        std::string input;
-        const char *want; // null: no body
-    } cases[] = {
-        {"POST", "5", "a=1&b", "a=1&b"}, {"POST", "3", "a=1&b", "a=1"},
-        {"POST", "9", "a=1", nullptr},   {"POST", "0", "a=1", nullptr},
-        {"post", "3", "a=1", "a=1"},     {"GeT", "3", "a=1", nullptr},
-        {nullptr, "3", "a=1", nullptr},  {"POST", nullptr, "a=1", nullptr},
-        {"POST", "x3", "a=1", nullptr},  {"POST", "-1", "a=1", nullptr},
-    };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(std::string(c.method ? c.method : "(unset)") + " " +
-                     (c.length ? c.length : "(unset)"));
-        auto res = run_in_child(
-            [&] {
-                set_or_unset("REQUEST_METHOD", c.method);
-                set_or_unset("CONTENT_LENGTH", c.length);
-                char *body = read_queue();
-                std::printf("%s", body ? body : "(null)");
-                free_buff(body, 0);
-                return 0;
-            },
-            c.input);
-        EXPECT_EQ(res.out, c.want ? c.want : "(null)");
-    }
-}
-
 // Sets QUERY_STRING for one lookup and removes it again.
 struct QueryString {
     explicit QueryString(const char *q) { set_or_unset("QUERY_STRING", q); }
