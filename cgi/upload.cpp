@@ -31,10 +31,8 @@ bool read_exact(char *dst, size_t length) {
     size_t got = 0;
     while (got < length) {
         ssize_t n = ::read(STDIN_FILENO, dst + got, length - got);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0)
-            return false;
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) return false;
         got += size_t(n);
     }
     return true;
@@ -48,8 +46,7 @@ bool write_bytes(FILE *out, std::span<const char> bytes) {
 // the blank line, or nothing when the line is not in this chunk.
 std::span<const char> first_chunk_content(std::span<const char> chunk) {
     const char *at = find_bytes(chunk, kFileHeader);
-    if (!at)
-        return {};
+    if (!at) return {};
     size_t skip = size_t(at - chunk.data()) + kFileHeader.size() + kHeaderEnd;
     return skip < chunk.size() ? chunk.subspan(skip) : std::span<const char>{};
 }
@@ -64,14 +61,11 @@ bool stream_file(FILE *out, long length, std::string_view boundary, char *window
     size_t held = 0;
     for (long i = 0; i < chunks; ++i) {
         size_t size = i == chunks - 1 ? size_t(length) - size_t(i) * kChunk : kChunk;
-        if (!read_exact(chunk, size))
-            return false;
+        if (!read_exact(chunk, size)) return false;
         std::span<const char> content{chunk, size};
-        if (i == 0)
-            content = first_chunk_content(content);
+        if (i == 0) content = first_chunk_content(content);
         if (i < chunks - 2) {
-            if (!write_bytes(out, content))
-                return false;
+            if (!write_bytes(out, content)) return false;
         } else if (i == chunks - 2) {
             std::memcpy(window, content.data(), content.size());
             held = content.size();
@@ -80,7 +74,9 @@ bool stream_file(FILE *out, long length, std::string_view boundary, char *window
             size_t filled = held + content.size();
             const char *mark = find_bytes({window, filled}, boundary);
             // The file ends at the CR LF in front of the closing boundary.
-            size_t keep = !mark ? filled : size_t(mark - window) > 2 ? size_t(mark - window) - 2 : 0;
+            size_t keep = !mark                       ? filled
+                          : size_t(mark - window) > 2 ? size_t(mark - window) - 2
+                                                      : 0;
             return write_bytes(out, {window, keep});
         }
     }
@@ -100,27 +96,21 @@ int fail_upload(const char *path) {
 extern "C" {
 
 char *read_queue_for_upload(int *length) {
-    if (!wm::request_is_post())
-        return nullptr;
+    if (!wm::request_is_post()) return nullptr;
     long content_length = wm::request_content_length();
-    if (content_length < 0)
-        return nullptr;
-    if (length)
-        *length = int(content_length);
+    if (content_length < 0) return nullptr;
+    if (length) *length = int(content_length);
     return wm::read_stdin_body(size_t(content_length));
 }
 
 char *read_queue_for_upload1(int *total, char **boundary, int *boundary_length) {
-    if (!total || !boundary || !boundary_length || !wm::request_is_post())
-        return nullptr;
+    if (!total || !boundary || !boundary_length || !wm::request_is_post()) return nullptr;
     const char *content_type = std::getenv("CONTENT_TYPE");
     long content_length = wm::request_content_length();
-    if (!content_type || content_length < 0)
-        return nullptr;
+    if (!content_type || content_length < 0) return nullptr;
     bool allocated = *boundary == nullptr;
     int mark_length = get_vhash(content_type, boundary);
-    if (mark_length < 0)
-        return nullptr;
+    if (mark_length < 0) return nullptr;
     char *buffer = nullptr;
     if (content_length <= long(INT_MAX) - mark_length - 1)
         buffer = wm::read_stdin_body(size_t(content_length), size_t(mark_length) + 1);
@@ -141,23 +131,19 @@ char *read_queue_for_upload1(int *total, char **boundary, int *boundary_length) 
 }
 
 int save_queue_for_upload(const char *path) {
-    if (!path || !wm::request_is_post())
-        return -1;
+    if (!path || !wm::request_is_post()) return -1;
     const char *content_type = std::getenv("CONTENT_TYPE");
     long length = wm::request_content_length();
-    if (!content_type || length < 0)
-        return -1;
+    if (!content_type || length < 0) return -1;
     char *mark = nullptr;
-    if (get_vhash(content_type, &mark) < 0)
-        return -1;
+    if (get_vhash(content_type, &mark) < 0) return -1;
     wm::HeapPtr<char> boundary(mark);
 
     // Written next to the target and renamed onto it only when complete.
     wm::AtomicFile out(path, "wb+");
     wm::HeapPtr<char> window(static_cast<char *>(std::malloc(wm::kWindow)));
     wm::HeapPtr<char> chunk(static_cast<char *>(std::malloc(wm::kChunk)));
-    if (!out || !window || !chunk)
-        return wm::fail_upload(path);
+    if (!out || !window || !chunk) return wm::fail_upload(path);
     if (!wm::stream_file(out.get(), length, boundary.get(), window.get(), chunk.get()) ||
         !out.commit())
         return wm::fail_upload(path);
@@ -173,8 +159,7 @@ int killDaemon(void) {
     wm::UniqueFd saved(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0));
     bool redirected = devnull && saved && ::dup2(devnull.get(), STDOUT_FILENO) >= 0;
     int status = wm::run_argv(argv);
-    if (redirected)
-        ::dup2(saved.get(), STDOUT_FILENO);
+    if (redirected) ::dup2(saved.get(), STDOUT_FILENO);
     // A script that cannot be started reports as the shell does: exit status 127.
     return status < 0 ? 127 << 8 : status;
 }

@@ -8,13 +8,11 @@ namespace {
 
 template <typename PrintByte>
 void dump_bytes(const char *label, const void *bytes, int length, PrintByte print_byte) {
-    if (label)
-        std::printf("%s(%d):\n", label, length);
+    if (label) std::printf("%s(%d):\n", label, length);
     const auto *p = static_cast<const unsigned char *>(bytes);
     for (int i = 0; p && i < length; ++i) {
         print_byte(p[i]);
-        if ((i + 1) % 16 == 0)
-            std::putchar('\n');
+        if ((i + 1) % 16 == 0) std::putchar('\n');
     }
     std::putchar('\n');
 }
