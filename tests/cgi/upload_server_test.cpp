@@ -115,6 +115,7 @@ TEST(UploadServer, CurlUploadsThroughLighttpd) {
     // lighttpd hands the CGI a fresh environment: the wrapper sets what the program needs
     // and runs it through the emulator when the tests run under one.
     const char *emulator = getenv("WEBMGMT_TEST_EMULATOR");
+    if (!emulator || !*emulator) emulator = WEBMGMT_UPLOAD_EMULATOR;
     const char *path = getenv("PATH");
     std::string wrapper = "#!/bin/sh\nexport UPLOAD_DIR=" + quoted(dir + "/out") +
                           "\nexport PATH=" + quoted(path ? path : "/usr/bin:/bin") + "\n";
