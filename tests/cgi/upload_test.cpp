@@ -365,15 +365,6 @@ TEST(UploadHelpers, SearchAndTrim) {
     }
 }
 
-TEST(UploadHelpers, FreePartsClearsData) {
-    upload_part parts[2] = {};
-    parts[0].data = static_cast<char *>(std::malloc(4));
-    parts[1].data = static_cast<char *>(std::malloc(4));
-    EXPECT_EQ(free_prop_file(parts, 2), 1);
-    EXPECT_EQ(parts[0].data, nullptr);
-    EXPECT_EQ(parts[1].data, nullptr);
-}
-
 TEST(UploadHelpers, KillDaemonRunsTheScriptQuietly) {
     wmtest::TempRoot root;
     ChildResult missing = run_in_child([] { return killDaemon() == (127 << 8) ? 0 : 1; });
