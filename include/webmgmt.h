@@ -94,6 +94,52 @@ WEBMGMT_API int print_list(var_node *head);
 /* File upload                                                                           */
 /* ===================================================================================== */
 
+#define WEBMGMT_UPLOAD_TEXT_SIZE 255
+/* The in-memory split stores at most this many file parts. */
+#define WEBMGMT_UPLOAD_PARTS 4
+
+/* One file part of a multipart body. The caller supplies WEBMGMT_UPLOAD_PARTS of them,
+ * zeroed; `data` is a heap copy owned by the record (freed by free_prop_file()). */
+typedef struct upload_part {
+    char name[WEBMGMT_UPLOAD_TEXT_SIZE];              /* after "name=", quotes removed */
+    char content_type[WEBMGMT_UPLOAD_TEXT_SIZE];      /* after "Content-Type:", blank kept */
+    char transfer_encoding[WEBMGMT_UPLOAD_TEXT_SIZE]; /* empty when the header is absent */
+    char *data;
+    uint32_t length; /* bytes in data */
+} upload_part;
+/* The pointer makes the record 776 bytes on the 32-bit device and 784 on 64-bit hosts. */
+WEBMGMT_STATIC_ASSERT(sizeof(void *) != 4 || sizeof(upload_part) == 776, "upload_part, ILP32");
+WEBMGMT_STATIC_ASSERT(sizeof(void *) != 8 || sizeof(upload_part) == 784, "upload_part, LP64");
+WEBMGMT_STATIC_ASSERT(offsetof(upload_part, data) == 768, "upload_part layout");
+
+/* Builds "--" and the text after "boundary=" of `content_type`. When *boundary is NULL a
+ * buffer of strlen(content_type) + 3 bytes is allocated (the caller frees it); otherwise
+ * *boundary must hold that many bytes. Returns the boundary's length, or -1 when the text
+ * has no "boundary=" (nothing allocated then). */
+WEBMGMT_API int get_vhash(const char *content_type, char **boundary);
+/* The POST body (NUL-terminated, also for CONTENT_LENGTH 0) or NULL; stores CONTENT_LENGTH
+ * in *length. The caller frees the buffer. */
+WEBMGMT_API char *read_queue_for_upload(int *length);
+/* The body behind the boundary string and a line feed; *total is boundary length plus
+ * body length, and the byte there is replaced by a NUL. Builds *boundary as get_vhash().
+ * NULL on any failure. The caller frees buffer (and the boundary it had allocated). */
+WEBMGMT_API char *read_queue_for_upload1(int *total, char **boundary, int *boundary_length);
+/* First position in [from, to) holding the `length` bytes of `pattern`, or NULL. */
+WEBMGMT_API char *hex_search(const char *from, const char *to, const char *pattern, int length);
+/* Parses the part after *cursor: 0, or -1 no boundary, -2 no next boundary, -3 no name,
+ * -4 no Content-Type (a form field). */
+WEBMGMT_API int getDisposition_file(char **data_start, int *data_length, char **cursor,
+                                    char *end, const char *boundary, upload_part *part);
+/* Copies up to WEBMGMT_UPLOAD_PARTS file parts of `buffer` into `parts`; returns the count. */
+WEBMGMT_API int process_file(char *buffer, int length, const char *boundary, upload_part *parts);
+WEBMGMT_API int free_prop_file(upload_part *parts, int count);
+/* Streams the single file of the POST body to `path`: 0, or -1 with no file left there. */
+WEBMGMT_API int save_queue_for_upload(const char *path);
+/* Trims c1 and c2 from both ends of a counted text without copying. */
+WEBMGMT_API char *strip_r(char *text, int *length, char c1, char c2);
+/* Runs the device's script that stops daemons before a large upload; its wait status. */
+WEBMGMT_API int killDaemon(void);
+
 /* ===================================================================================== */
 /* Diagnostic output                                                                     */
 /* ===================================================================================== */
@@ -210,6 +256,11 @@ WEBMGMT_API int load_default(field_desc *table, const char *path);
 WEBMGMT_API void clean_points(field_desc *table);
 /* Three rows over a product record: a 50-byte name and the two bytes after it; returns 3. */
 WEBMGMT_API int ShowVar_field(field_desc *table, void *record);
+
+/* Byte dumps on standard output, 16 bytes a line; "label(length):" first when label is
+ * not NULL. */
+WEBMGMT_API void print_string_array(const char *label, const void *bytes, int length);
+WEBMGMT_API void print_hex_array(const char *label, const void *bytes, int length);
 
 /* ===================================================================================== */
 /* Wireless and system record catalogue                                                  */
