@@ -256,6 +256,16 @@ TEST(IsRuning, FindsAnotherProcessByName) {
     EXPECT_EQ(is_runing("wm-nothing-here"), 0);
 }
 
+// True when the scanner sees the calling process under `name`. An emulator such as
+// qemu-user answers for its own /proc entry itself and may show another name.
+bool scanner_sees_self_as(const std::string &name) {
+    auto all = scan_all();
+    auto it = all.find(getpid());
+    return it != all.end() && name == it->second.short_cmd;
+}
+
+constexpr int kNameHidden = 3;
+
 // A child process named like the processes it looks for.
 TEST(IsRuning, CallerItselfCountsAsNotRunning) {
     ProgramDir dir;
@@ -263,9 +273,12 @@ TEST(IsRuning, CallerItselfCountsAsNotRunning) {
     std::string exe = dir.copy_sleep(name);
     reset_scan();
     auto alone = run_in_child([&] {
-        if (prctl(PR_SET_NAME, name.c_str()) != 0) return 2;
+        if (prctl(PR_SET_NAME, name.c_str()) != 0 || !scanner_sees_self_as(name))
+            return kNameHidden;
         return is_runing(name.c_str()) == 0 ? 0 : 1;
     });
+    if (alone.exit_code() == kNameHidden)
+        GTEST_SKIP() << "this process's name cannot be changed where /proc shows it";
     EXPECT_EQ(alone.exit_code(), 0);
     // With a second process of that name, only the first one in /proc counts: when the
     // caller comes first the answer is still 0.
