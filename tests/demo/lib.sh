@@ -74,6 +74,7 @@ http() {
   out=$(curl -s -X "$method" -w '\n%{http_code}' "$@" "$BASE$path")
   STATUS=${out##*$'\n'}
   BODY=${out%$'\n'*}
+  BODY=${BODY%$'\n'}
 }
 
 # A member of the JSON body, by a Python expression on `d`: json_get 'd["result"]'
