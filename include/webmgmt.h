@@ -47,7 +47,9 @@ typedef struct form_pair {
  * many pairs. Callers with another array size use process_queue_n(). */
 #define WEBMGMT_FORM_PAIRS 256
 
-/* Decodes the POST body, then the query string, into pairs; returns the count. */
+/* Decodes the POST body, then the query string, into pairs; returns the count. Decoded
+ * names are cut at 127 bytes and values at 4095. Removes QUERY_STRING and HTTP_REFERER
+ * from the environment (except for a GET request, which stores nothing). */
 WEBMGMT_API int process_queue(form_pair *pairs);
 /* As process_queue(), storing at most `capacity` pairs. */
 WEBMGMT_API int process_queue_n(form_pair *pairs, int capacity);
@@ -56,6 +58,7 @@ WEBMGMT_API char *read_queue(void);
 /* Copies `line` up to `stop` into `word` (which must be as large as `line`). */
 WEBMGMT_API char *makeword(char *word, const char *line, char stop, char **rest);
 WEBMGMT_API char *plustospace(char *s);
+/* A '%' with fewer than two characters behind it is kept as it stands. */
 WEBMGMT_API char *unescape_url(char *s);
 WEBMGMT_API char x2c(const char *two_chars);
 /* `out` must hold 1024 bytes: longer values are cut at 1023 characters. */
@@ -81,6 +84,8 @@ WEBMGMT_API void delete_string(var_node **head, const char *name);
 WEBMGMT_API var_node *find_keyword(const char *text, var_node *head);
 /* `at` lies in a line buffer with room for the value (print_html uses 4096 bytes). */
 WEBMGMT_API void change_keyword(char *at, const var_node *node);
+/* Renders the template to standard output; a line whose expansion outgrows 4095
+ * characters is cut there. */
 WEBMGMT_API int print_html(const char *path, var_node **head);
 WEBMGMT_API int generate_hidder_from_list(var_node *head);
 WEBMGMT_API int print_list(var_node *head);
