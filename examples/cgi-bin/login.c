@@ -92,10 +92,10 @@ static void reply_locked(int32_t last_failure, int32_t now) {
 #define LOGIN_POSSIBLE 1
 
 static int credentials_match(const char *username, const char *password) {
-    static misc_config misc;
-    if (SC_Get_Misc_System_Config(&misc) != 0) return 0;
-    int user_ok = same_text(username, misc.sys_user.rootname);
-    int password_ok = password_matches(password, misc.sys_user.rootpwd);
+    const misc_config *misc = SC_Get_Misc_System_Config();
+    if (!misc) return 0;
+    int user_ok = same_text(username, misc->sys_user.rootname);
+    int password_ok = password_matches(password, misc->sys_user.rootpwd);
     return user_ok && password_ok;
 }
 

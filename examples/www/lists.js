@@ -103,10 +103,11 @@ const LISTS = {
   },
 };
 
-// The library's answers as sentences. 10 is the forms' own code for a duplicate; the
-// others are the configuration store's list codes.
+// The library's answers as sentences: 10 is the forms' own code for a duplicate, the
+// others are the configuration store's list codes (CONFIG_ERR_* of its header).
 const RESULT_TEXT = {
   10: 'A rule with this name already exists',
+  3: 'The list is full',
+  4: 'This rule no longer exists',
+  [-1]: 'The settings could not be written',
 };
-const LIST_FULL_RESULTS = [];
-for (const code of LIST_FULL_RESULTS) RESULT_TEXT[code] = 'The list is full';
