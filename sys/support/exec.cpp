@@ -45,7 +45,7 @@ int run_argv(const char *const argv[]) {
     return pid < 0 ? -1 : wait_for(pid);
 }
 
-int run_argv_line(const char *const argv[], std::span<char> line) {
+int run_argv_line(const char *const argv[], std::span<char> line, bool keep_line_feed) {
     if (!line.empty())
         line[0] = '\0';
     int fds[2];
@@ -67,7 +67,13 @@ int run_argv_line(const char *const argv[], std::span<char> line) {
         if (n <= 0)
             break;
         for (ssize_t i = 0; i < n && !line_done; ++i) {
-            if (chunk[i] == '\n' || used + 1 >= line.size()) {
+            if (used + 1 >= line.size()) {
+                line_done = true;
+                break;
+            }
+            if (chunk[i] == '\n') {
+                if (keep_line_feed)
+                    line[used++] = '\n';
                 line_done = true;
                 break;
             }
