@@ -116,7 +116,8 @@ void save_token(const char *path, const token_list *list) {
         std::fprintf(file.get(), "%.*s %.*s %" PRId32 "\n", int(ip.size()), ip.data(),
                      int(token.size()), token.data(), slot.last_used);
     }
-    file.commit();
+    // Runtime state, rewritten on every check: replaced in one step, not flushed to disk.
+    file.commit(false);
 }
 
 } // extern "C"

@@ -25,16 +25,18 @@ AtomicFile::~AtomicFile() {
     }
 }
 
-bool AtomicFile::commit() {
+bool AtomicFile::commit(bool durable) {
     if (!file_)
         return false;
-    bool ok = std::fflush(file_) == 0 && ::fsync(fileno(file_)) == 0;
+    bool ok = std::fflush(file_) == 0 && (!durable || ::fsync(fileno(file_)) == 0);
     ok = (std::fclose(file_) == 0) && ok;
     file_ = nullptr;
     if (!ok || std::rename(temp_, target_) != 0) {
         ::unlink(temp_);
         return false;
     }
+    if (!durable)
+        return true;
     // Make the rename itself durable: sync the directory that holds the target.
     char dir[sizeof target_];
     copy_bounded(dir, target_);
