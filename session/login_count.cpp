@@ -15,12 +15,9 @@ namespace {
 void scan_count_line(const char *line, int32_t *time, int32_t *count) {
     int32_t value = 0;
     const char *rest = line;
-    if (!wm::scan_int32(line, value, &rest))
-        return;
-    if (time)
-        *time = value;
-    if (wm::scan_int32(rest, value) && count)
-        *count = value;
+    if (!wm::scan_int32(line, value, &rest)) return;
+    if (time) *time = value;
+    if (wm::scan_int32(rest, value) && count) *count = value;
 }
 
 } // namespace
@@ -35,28 +32,23 @@ int32_t get_curr_time(void) {
 }
 
 void read_count(const char *path, int32_t *time, int32_t *count) {
-    if (!path)
-        return;
+    if (!path) return;
     wm::UniqueFile file(std::fopen(path, "r"));
     char line[100];
-    if (!file || !std::fgets(line, sizeof line, file.get()))
-        return;
+    if (!file || !std::fgets(line, sizeof line, file.get())) return;
     scan_count_line(line, time, count);
 }
 
 void save_count(const char *path, int32_t time, int32_t count) {
-    if (!path)
-        return;
+    if (!path) return;
     wm::AtomicFile file(path);
-    if (!file)
-        return;
+    if (!file) return;
     std::fprintf(file.get(), "%" PRId32 " %" PRId32 "\n", time, count);
     file.commit();
 }
 
 void login_add(const char *path) {
-    if (!path)
-        return;
+    if (!path) return;
     int32_t now = get_curr_time();
     int32_t time = 0, count = 0;
     if (::access(path, F_OK) == 0) {

@@ -34,8 +34,7 @@ unsigned int millisecond_seed() {
 char draw_character() {
     for (;;) {
         int c = std::rand() % 74 + 48;
-        if ((c >= 58 && c <= 64) || (c >= 91 && c <= 96))
-            continue;
+        if ((c >= 58 && c <= 64) || (c >= 91 && c <= 96)) continue;
         return static_cast<char>(c);
     }
 }
@@ -51,25 +50,21 @@ void draw_value(char (&value)[kRandomLength + 1]) {
 extern "C" {
 
 int to_sha256(const char *text, char *out, int size) {
-    if (!text || !out || size <= 0)
-        return 0;
+    if (!text || !out || size <= 0) return 0;
     // The text goes to the tool as one argument, never through a shell.
     char argument[kHashTextLimit + 1];
     wm::copy_bounded(argument, text);
     const char *argv[] = {"tq_versign", "sha256", argument, nullptr};
     wm::HeapPtr<char> line(static_cast<char *>(std::malloc(size_t(size))));
-    if (!line)
-        return 0;
+    if (!line) return 0;
     wm::run_argv_line(argv, {line.get(), size_t(size)}, true);
     // Nothing read leaves the caller's buffer as it was.
-    if (line.get()[0] != '\0')
-        std::memcpy(out, line.get(), std::strlen(line.get()) + 1);
+    if (line.get()[0] != '\0') std::memcpy(out, line.get(), std::strlen(line.get()) + 1);
     return 0;
 }
 
 void create_passwd_random(char *field) {
-    if (!field)
-        return;
+    if (!field) return;
     std::srand(millisecond_seed());
     char value[kRandomLength + 1];
     do

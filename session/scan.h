@@ -31,14 +31,10 @@ inline std::string_view next_word(std::string_view &rest) {
 inline bool scan_int32(const char *text, int32_t &out, const char **rest = nullptr) {
     char *end = nullptr;
     long long v = std::strtoll(text, &end, 10);
-    if (rest)
-        *rest = end;
-    if (end == text)
-        return false;
-    if (v > INT32_MAX)
-        v = INT32_MAX;
-    if (v < INT32_MIN)
-        v = INT32_MIN;
+    if (rest) *rest = end;
+    if (end == text) return false;
+    if (v > INT32_MAX) v = INT32_MAX;
+    if (v < INT32_MIN) v = INT32_MIN;
     out = static_cast<int32_t>(v);
     return true;
 }

@@ -66,7 +66,9 @@ class SessionLock {
     wm::FileLock lock_; // declared last: released before the close
 };
 
-wm::DevicePath token_file() { return wm::device_path(wm::fixed::kUserToken); }
+wm::DevicePath token_file() {
+    return wm::device_path(wm::fixed::kUserToken);
+}
 
 // The slot of the session (client_ip, token), or -1.
 int find_session(const token_list &list, const char *client_ip, const char *token) {
@@ -84,8 +86,7 @@ int find_session(const token_list &list, const char *client_ip, const char *toke
 // unknown or has been idle too long (it is then freed).
 int touch_session(token_list &list, const char *client_ip, const char *token, int32_t now) {
     int index = find_session(list, client_ip, token);
-    if (index < 0)
-        return -1;
+    if (index < 0) return -1;
     token_record &slot = list.slot[index];
     if (int64_t(now) - slot.last_used >= kIdleLimit) {
         slot.in_use = 0;
@@ -97,11 +98,9 @@ int touch_session(token_list &list, const char *client_ip, const char *token, in
 
 // The at most 16 characters after `name` in `text`; false when `name` is absent.
 bool copy_after(const char *text, const char *name, char *dst) {
-    if (!text)
-        return false;
+    if (!text) return false;
     const char *at = std::strstr(text, name);
-    if (!at)
-        return false;
+    if (!at) return false;
     std::string_view value = wm::head(at + std::strlen(name), kTokenCopy);
     std::memcpy(dst, value.data(), value.size());
     dst[value.size()] = '\0';
@@ -128,11 +127,9 @@ int lock_reg(int fd, int command, int type, int64_t start, int whence, int64_t l
 
 int auth_token(const char *client_ip, const char *token) {
     int32_t now = get_curr_time();
-    if (!client_ip || !token || std::strlen(token) < kShortestToken)
-        return -1;
+    if (!client_ip || !token || std::strlen(token) < kShortestToken) return -1;
     SessionLock lock;
-    if (!lock.opened())
-        return lock.report_open_failure();
+    if (!lock.opened()) return lock.report_open_failure();
     token_list list{};
     wm::DevicePath file = token_file();
     initial_tokenlist(file.c_str(), &list);
@@ -143,11 +140,9 @@ int auth_token(const char *client_ip, const char *token) {
 }
 
 int generate_token2save(const char *client_ip, const char *token) {
-    if (!client_ip || !token)
-        return -1;
+    if (!client_ip || !token) return -1;
     SessionLock lock;
-    if (!lock.opened())
-        return lock.report_open_failure();
+    if (!lock.opened()) return lock.report_open_failure();
     token_list list{};
     wm::DevicePath file = token_file();
     initial_tokenlist(file.c_str(), &list);
@@ -158,30 +153,24 @@ int generate_token2save(const char *client_ip, const char *token) {
 
 int clear_token(void) {
     SessionLock lock;
-    if (!lock.opened())
-        return lock.report_open_failure();
+    if (!lock.opened()) return lock.report_open_failure();
     ::unlink(token_file().c_str());
     return 0;
 }
 
 int get_token(const char *name, char *dst) {
-    if (!name || !dst)
-        return 1;
+    if (!name || !dst) return 1;
     // The query string wins over the cookie.
-    if (copy_after(std::getenv("QUERY_STRING"), name, dst))
-        return 0;
-    if (copy_after(std::getenv("HTTP_COOKIE"), name, dst))
-        return 0;
+    if (copy_after(std::getenv("QUERY_STRING"), name, dst)) return 0;
+    if (copy_after(std::getenv("HTTP_COOKIE"), name, dst)) return 0;
     return 1;
 }
 
 int check_token(void) {
     char token[32] = {};
-    if (get_token("stork=", token) != 0)
-        return -1;
+    if (get_token("stork=", token) != 0) return -1;
     const char *client_ip = std::getenv("REMOTE_ADDR");
-    if (!client_ip)
-        return -1;
+    if (!client_ip) return -1;
     return auth_token(client_ip, token) == 0 ? 0 : -1;
 }
 

@@ -24,12 +24,10 @@ token_record &line_slot(token_list &list, int line) {
 void scan_line(const char *line, token_record &slot) {
     std::string_view rest{line};
     std::string_view ip = wm::next_word(rest);
-    if (ip.empty())
-        return;
+    if (ip.empty()) return;
     wm::copy_bounded(slot.client_ip, ip);
     std::string_view token = wm::next_word(rest);
-    if (token.empty())
-        return;
+    if (token.empty()) return;
     wm::copy_bounded(slot.token, token);
     wm::scan_int32(rest.data(), slot.last_used);
 }
@@ -50,8 +48,7 @@ void shift_down(token_list &list) {
 
 int first_free_slot(const token_list &list) {
     for (int i = 0; i < WEBMGMT_TOKEN_SLOTS; ++i)
-        if (list.slot[i].in_use == 0)
-            return i;
+        if (list.slot[i].in_use == 0) return i;
     return -1;
 }
 
@@ -60,11 +57,9 @@ int first_free_slot(const token_list &list) {
 extern "C" {
 
 void initial_tokenlist(const char *path, token_list *list) {
-    if (!path || !list)
-        return;
+    if (!path || !list) return;
     wm::UniqueFile file(std::fopen(path, "r"));
-    if (!file)
-        return;
+    if (!file) return;
     char line[kLineSize];
     int lines = 0;
     while (lines < kLinesRead && std::fgets(line, sizeof line, file.get())) {
@@ -77,24 +72,20 @@ void initial_tokenlist(const char *path, token_list *list) {
 }
 
 int find_tokenbyclientip(const char *client_ip, const token_list *list) {
-    if (!client_ip || !list)
-        return -1;
+    if (!client_ip || !list) return -1;
     for (int i = 0; i < WEBMGMT_TOKEN_SLOTS; ++i) {
         const token_record &slot = list->slot[i];
-        if (slot.in_use == 1 &&
-            wm::member_text(slot.client_ip, sizeof slot.client_ip) == client_ip)
+        if (slot.in_use == 1 && wm::member_text(slot.client_ip, sizeof slot.client_ip) == client_ip)
             return i;
     }
     return -1;
 }
 
 void insert_token(const char *client_ip, const char *token, token_list *list) {
-    if (!client_ip || !token || !list)
-        return;
+    if (!client_ip || !token || !list) return;
     int32_t now = get_curr_time();
     int index = find_tokenbyclientip(client_ip, list);
-    if (index < 0)
-        index = first_free_slot(*list);
+    if (index < 0) index = first_free_slot(*list);
     if (index < 0) {
         shift_down(*list);
         index = 0;
@@ -103,14 +94,11 @@ void insert_token(const char *client_ip, const char *token, token_list *list) {
 }
 
 void save_token(const char *path, const token_list *list) {
-    if (!path || !list)
-        return;
+    if (!path || !list) return;
     wm::AtomicFile file(path);
-    if (!file)
-        return;
+    if (!file) return;
     for (const token_record &slot : list->slot) {
-        if (slot.in_use != 1)
-            continue;
+        if (slot.in_use != 1) continue;
         std::string_view ip = wm::member_text(slot.client_ip, sizeof slot.client_ip);
         std::string_view token = wm::member_text(slot.token, sizeof slot.token);
         std::fprintf(file.get(), "%.*s %.*s %" PRId32 "\n", int(ip.size()), ip.data(),

@@ -37,7 +37,7 @@ constexpr int kClearer = kChildren; // index of the process that runs clear_toke
 
 struct ChildTally {
     int operations;
-    int unexpected;     // checks whose result contradicts the known state
+    int unexpected; // checks whose result contradicts the known state
     char first_error[120];
 };
 
@@ -46,7 +46,9 @@ struct Shared {
     ChildTally tally[kChildren + 1];
 };
 
-std::string address_of(int child) { return "10.0." + std::to_string(child / 8) + "." + std::to_string(child % 8 + 1); }
+std::string address_of(int child) {
+    return "10.0." + std::to_string(child / 8) + "." + std::to_string(child % 8 + 1);
+}
 
 // 16 characters, unique per child and round.
 std::string token_of(int child, int round) {
@@ -57,8 +59,7 @@ std::string token_of(int child, int round) {
 
 bool in_login_set(int child, int round) {
     for (int k = 0; k < kLoginSet; ++k)
-        if ((round * kLoginSet + k) % kChildren == child)
-            return true;
+        if ((round * kLoginSet + k) % kChildren == child) return true;
     return false;
 }
 
@@ -81,19 +82,15 @@ class Client {
     // expect: 1 = must succeed, 0 = must fail, -1 = unknown, 2 = clear round (may vanish
     // once a clear has started, never come back).
     void check(int expect) {
-        if (token_.empty())
-            setenv("HTTP_COOKIE", ("stork=" + token_of(index_, 99)).c_str(), 1);
+        if (token_.empty()) setenv("HTTP_COOKIE", ("stork=" + token_of(index_, 99)).c_str(), 1);
         count_op();
         bool ok = check_token() == 0;
-        if (expect == 1 && !ok)
-            fail("a live session was refused");
-        if (expect == 0 && ok)
-            fail("a session that is not live was accepted");
+        if (expect == 1 && !ok) fail("a live session was refused");
+        if (expect == 0 && ok) fail("a session that is not live was accepted");
         if (expect == 2) {
             if (!ok && shared_->clears_started.load() == 0)
                 fail("a session vanished before any clear");
-            if (ok && vanished_)
-                fail("a cleared session came back");
+            if (ok && vanished_) fail("a cleared session came back");
             vanished_ = vanished_ || !ok;
         }
     }
@@ -131,8 +128,7 @@ class Barrier {
     void child_side(int index) {
         for (int i = 0; i <= kChildren; ++i) {
             close(go_[i][1]);
-            if (i != index)
-                close(go_[i][0]);
+            if (i != index) close(go_[i][0]);
         }
         close(done_[0]);
         me_ = index;
@@ -153,14 +149,11 @@ class Barrier {
     // Starts a phase in every child and waits until all have finished it.
     bool run_phase(char command = 'g') {
         for (auto &p : go_)
-            if (write(p[1], &command, 1) != 1)
-                return false;
-        if (command != 'g')
-            return true;
+            if (write(p[1], &command, 1) != 1) return false;
+        if (command != 'g') return true;
         for (int n = 0; n <= kChildren; ++n) {
             char c;
-            if (read(done_[0], &c, 1) != 1)
-                return false;
+            if (read(done_[0], &c, 1) != 1) return false;
         }
         return true;
     }
@@ -178,18 +171,15 @@ void run_child(int index, Shared *shared, Barrier &barrier) {
         bool login_now = in_login_set(index, round);
         bool was_live = round > 0 && in_login_set(index, round - 1);
         // Phase A: the login set logs in, everybody checks.
-        if (!barrier.wait_go())
-            return;
+        if (!barrier.wait_go()) return;
         if (index != kClearer) {
-            if (login_now)
-                client.login(round);
+            if (login_now) client.login(round);
             for (int i = 0; i < kChecksWhileLogin; ++i)
                 client.check(login_now ? 1 : was_live ? -1 : 0);
         }
         barrier.report_done();
         // Phase B: only checks (and, in the clear rounds, clears).
-        if (!barrier.wait_go())
-            return;
+        if (!barrier.wait_go()) return;
         client.reset_vanished();
         if (index == kClearer) {
             for (int i = 0; clear_round && i < kClears; ++i) {
@@ -222,8 +212,7 @@ bool parse_sessions(const std::string &text, std::vector<FileSession> &out) {
         std::istringstream fields(line);
         FileSession s;
         std::string extra;
-        if (!(fields >> s.ip >> s.token >> s.last_used) || (fields >> extra))
-            return false;
+        if (!(fields >> s.ip >> s.token >> s.last_used) || (fields >> extra)) return false;
         out.push_back(s);
     }
     return text.empty() || text.back() == '\n';
@@ -232,16 +221,15 @@ bool parse_sessions(const std::string &text, std::vector<FileSession> &out) {
 std::set<std::pair<std::string, std::string>> login_set_sessions(int round) {
     std::set<std::pair<std::string, std::string>> want;
     for (int c = 0; c < kChildren; ++c)
-        if (in_login_set(c, round))
-            want.insert({address_of(c), token_of(c, round)});
+        if (in_login_set(c, round)) want.insert({address_of(c), token_of(c, round)});
     return want;
 }
 
 TEST(TokenConcurrency, ManyProcessesIssueAndCheckThroughTheLock) {
     wmtest::TempRoot root;
     wmtest::write_file(root.path("/var/loginlock"), "");
-    auto *shared = static_cast<Shared *>(mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE,
-                                              MAP_SHARED | MAP_ANONYMOUS, -1, 0));
+    auto *shared = static_cast<Shared *>(
+        mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
     ASSERT_NE(shared, MAP_FAILED);
     new (shared) Shared{};
 
@@ -298,8 +286,8 @@ TEST(TokenConcurrency, ManyProcessesIssueAndCheckThroughTheLock) {
         unexpected += t.unexpected;
         EXPECT_EQ(t.unexpected, 0) << t.first_error;
     }
-    std::printf("[ measured ] %d processes, %d operations, %d unexpected results\n",
-                kChildren + 1, operations, unexpected);
+    std::printf("[ measured ] %d processes, %d operations, %d unexpected results\n", kChildren + 1,
+                operations, unexpected);
     RecordProperty("processes", kChildren + 1);
     RecordProperty("operations", operations);
     RecordProperty("unexpected", unexpected);

@@ -35,8 +35,7 @@ struct Sessions : testing::Test {
         auto r = run_in_child([&] {
             setenv("REMOTE_ADDR", ip.c_str(), 1);
             setenv("HTTP_COOKIE", cookie.c_str(), 1);
-            if (query)
-                setenv("QUERY_STRING", query, 1);
+            if (query) setenv("QUERY_STRING", query, 1);
             return check_token() == 0 ? 0 : 1;
         });
         EXPECT_TRUE(r.out.empty()) << r.out;
@@ -93,8 +92,7 @@ TEST_F(Sessions, IdleLimitIs1800Seconds) {
             int32_t now = get_curr_time();
             write_file(file, others + line("10.0.0.1", kTok1, now - age));
             int rc = auth_token("10.0.0.1", kTok1);
-            if (get_curr_time() == now)
-                return std::make_pair(rc, now);
+            if (get_curr_time() == now) return std::make_pair(rc, now);
         }
     };
     auto [fresh, now] = check_aged(1799, "");
@@ -168,8 +166,9 @@ TEST(TokenTable, LoaderReadsSixLinesAndCutsLongFields) {
     wmtest::TempRoot root;
     std::string path = root.path("/var/t");
     std::string long_ip(70, 'i');
-    write_file(path, "1.1.1.1 tokA 100\n\n" + long_ip + " tokC 99999999999\n4.4.4.4\n"
-                     "5.5.5.5 tokE -7 extra\n6.6.6.6 tokF 600\n7.7.7.7 tokG 700\n");
+    write_file(path, "1.1.1.1 tokA 100\n\n" + long_ip +
+                         " tokC 99999999999\n4.4.4.4\n"
+                         "5.5.5.5 tokE -7 extra\n6.6.6.6 tokF 600\n7.7.7.7 tokG 700\n");
     token_list list{};
     initial_tokenlist(path.c_str(), &list);
     EXPECT_EQ(list.count, 6);
@@ -194,7 +193,8 @@ TEST(TokenTable, LoaderReadsSixLinesAndCutsLongFields) {
     list.slot[3].in_use = 0;
     save_token(path.c_str(), &list);
     std::string text = read_file(path);
-    EXPECT_EQ(text.substr(0, text.find('\n')), "9.9.9.9 tokI " + std::to_string(list.slot[0].last_used));
+    EXPECT_EQ(text.substr(0, text.find('\n')),
+              "9.9.9.9 tokI " + std::to_string(list.slot[0].last_used));
     EXPECT_NE(text.find("\n1.1.1.1 tokA 100\n8.8.8.8 tokH "), std::string::npos) << text;
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 4) << text;
 
@@ -212,7 +212,8 @@ TEST(LockReg, DeviceCommandNumbersLockTheWholeFile) {
     ASSERT_EQ(lock_reg(fd, 14, F_WRLCK, 0, SEEK_SET, 0), 0);
     // Another process, the host's python, sees the lock.
     auto held = wmtest::run_shell("python3 -c 'import fcntl,sys; f=open(sys.argv[1],\"r+\");"
-                                  "fcntl.lockf(f, fcntl.LOCK_EX|fcntl.LOCK_NB)' '" + path + "'");
+                                  "fcntl.lockf(f, fcntl.LOCK_EX|fcntl.LOCK_NB)' '" +
+                                  path + "'");
     EXPECT_NE(held.exit_code(), 0);
     auto other = run_in_child([&] {
         int fd2 = open(path.c_str(), O_RDWR);
@@ -221,7 +222,8 @@ TEST(LockReg, DeviceCommandNumbersLockTheWholeFile) {
     EXPECT_EQ(other.exit_code(), 0);
     ASSERT_EQ(lock_reg(fd, 13, F_UNLCK, 0, SEEK_SET, 0), 0);
     EXPECT_EQ(wmtest::run_shell("python3 -c 'import fcntl,sys; f=open(sys.argv[1],\"r+\");"
-                                "fcntl.lockf(f, fcntl.LOCK_EX|fcntl.LOCK_NB)' '" + path + "'")
+                                "fcntl.lockf(f, fcntl.LOCK_EX|fcntl.LOCK_NB)' '" +
+                                path + "'")
                   .exit_code(),
               0);
     EXPECT_EQ(lock_reg(fd, 99, F_WRLCK, 0, SEEK_SET, 0), -1);
@@ -234,7 +236,9 @@ TEST(LinkCount, ReadsTheConntrackCountersOrZero) {
     unlink(root.path("/proc").c_str());
     EXPECT_EQ(get_current_link_count(), 0);
     EXPECT_EQ(get_current_link_count_max(), 0);
-    ASSERT_EQ(wmtest::run_shell("mkdir -p '" + root.path("/proc/sys/net/netfilter") + "'").exit_code(), 0);
+    ASSERT_EQ(
+        wmtest::run_shell("mkdir -p '" + root.path("/proc/sys/net/netfilter") + "'").exit_code(),
+        0);
     write_file(root.path("/proc/sys/net/netfilter/nf_conntrack_count"), "137\n");
     write_file(root.path("/proc/sys/net/netfilter/nf_conntrack_max"), "65536\n");
     EXPECT_EQ(get_current_link_count(), 137);
