@@ -13,6 +13,11 @@ bool request_is_post() {
     return method && strcasecmp(method, "GET") != 0;
 }
 
+bool request_is_get() {
+    const char *method = std::getenv("REQUEST_METHOD");
+    return method && strcasecmp(method, "GET") == 0;
+}
+
 long request_content_length() {
     const char *len = std::getenv("CONTENT_LENGTH");
     return len ? long(std::atoi(len)) : -1;

@@ -9,6 +9,9 @@ namespace wm {
 // True when REQUEST_METHOD is set and is not GET (in any case).
 bool request_is_post();
 
+// True when REQUEST_METHOD is set and is GET (in any case).
+bool request_is_get();
+
 // CONTENT_LENGTH as atoi reads it; -1 when the variable is unset.
 long request_content_length();
 

@@ -1,6 +1,6 @@
 # Compiler and linker settings shared by every target of the project.
 
-set(WEBMGMT_WARNINGS -Wall -Wextra -Werror -Wshadow -Wformat=2 -Wno-format-nonliteral -Wvla)
+set(WEBMGMT_WARNINGS -Wno-psabi -Wall -Wextra -Werror -Wshadow -Wformat=2 -Wno-format-nonliteral -Wvla)
 add_compile_options(${WEBMGMT_WARNINGS})
 
 if(WEBMGMT_SANITIZE)
