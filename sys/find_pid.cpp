@@ -77,6 +77,11 @@ bool read_process(const char *name) {
 
 extern "C" {
 
+// The C library's assertion report, declared here because <cassert> hides it in release
+// builds; the message must stay the device's own.
+[[noreturn]] void __assert_fail(const char *expr, const char *file, unsigned line,
+                                const char *function) noexcept;
+
 char *my_getug(char *buffer, const char *name, long id, int bufsize, char prefix) {
     if (bufsize > 0) {
         if (!buffer) __assert_fail("buffer!=NULL", "find_pid.c", 112, "my_getug");
