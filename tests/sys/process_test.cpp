@@ -232,7 +232,7 @@ TEST(FindPidByName, WholeNamesOnlyLikePgrep) {
     } cases[] = {
         {name, s.pid()},  {name.substr(0, name.size() - 1), -1},
         {name + "x", -1}, {long_name.substr(0, 15), l.pid()},
-        {long_name, -1},  {"a)b", -1},
+        {long_name, -1},  {name + ")", -1},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.query);
