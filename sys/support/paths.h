@@ -17,6 +17,8 @@ inline constexpr char kCloudWatchdogPid[] = "/var/run/check-cloud-client.pid";
 inline constexpr char kKillForUpload[] = "/usr/sbin/killforuploadfile.sh";
 inline constexpr char kLoginLock[] = "/var/loginlock";
 inline constexpr char kUserToken[] = "/var/usertoken";
+inline constexpr char kConntrackCount[] = "/proc/sys/net/netfilter/nf_conntrack_count";
+inline constexpr char kConntrackMax[] = "/proc/sys/net/netfilter/nf_conntrack_max";
 // The configuration store: memory copies (lost at reboot), flash copies, factory defaults.
 inline constexpr char kConfigMemoryDir[] = "/var/config";
 inline constexpr char kConfigFlashDir[] = "/etc/config_flash";
