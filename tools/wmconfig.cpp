@@ -2,10 +2,12 @@
 //
 //   wmconfig sections                       the section names
 //   wmconfig show SECTION [NAME...]         members by dotted name: NAME=value
+//   wmconfig get SECTION NAME               one member's value alone
 //   wmconfig set [--flash] SECTION NAME=VALUE...
 //                                           set members (as a defaults file would) and save
 //                                           to memory, or to memory and flash
-//   wmconfig reset SECTION|all              back to the factory defaults
+//   wmconfig reset SECTION|all [--flash]    back to the factory defaults (read anew when next
+//                                           needed; with --flash written to both copies now)
 //
 // Exit status: 0 done, 1 refused (unknown section or member, store error), 2 usage.
 #include <arpa/inet.h>
@@ -49,8 +51,9 @@ constexpr Known kKnown[] = {
 int usage() {
     std::fprintf(stderr, "usage: wmconfig sections\n"
                          "       wmconfig show SECTION [NAME...]\n"
+                         "       wmconfig get SECTION NAME\n"
                          "       wmconfig set [--flash] SECTION NAME=VALUE...\n"
-                         "       wmconfig reset SECTION|all\n");
+                         "       wmconfig reset SECTION|all [--flash]\n");
     return 2;
 }
 
@@ -156,6 +159,19 @@ int show(const char *section, int count, char **names) {
     return 0;
 }
 
+int get(const char *section, const char *name) {
+    Table t;
+    if (!open_table(section, t)) return 1;
+    for (int r = 0; r < WEBMGMT_FIELD_ROWS && t.rows[r].name[0]; ++r)
+        if (std::strcmp(t.rows[r].name, name) == 0) {
+            print_value(t.rows[r]);
+            std::putchar('\n');
+            return 0;
+        }
+    std::fprintf(stderr, "wmconfig: %s has no member %s\n", section, name);
+    return 1;
+}
+
 bool has_row(const Table &t, const char *name) {
     for (int r = 0; r < WEBMGMT_FIELD_ROWS && t.rows[r].name[0]; ++r)
         if (std::strcmp(t.rows[r].name, name) == 0) return true;
@@ -183,8 +199,19 @@ int set(bool flash, const char *section, int count, char **assignments) {
     return 0;
 }
 
-int reset(const char *section) {
+// Writes the section's factory defaults (what the getter now builds) to both copies.
+int store_defaults(const char *section) {
+    uint32_t size = 0;
+    void *record = SC_Get_Config_By_Name(section, &size);
+    return record ? SC_Save_Config_By_Name(section, record, 1) : CONFIG_ERR_IO;
+}
+
+int reset(const char *section, bool flash) {
+    bool all = std::strcmp(section, "all") == 0;
     int rc = SC_Reset_Config(section);
+    if (rc == CONFIG_OK && flash && !all) rc = store_defaults(section);
+    for (int i = 0; rc == CONFIG_OK && flash && all && SC_Config_Section_Name(i); ++i)
+        rc = store_defaults(SC_Config_Section_Name(i));
     if (rc != CONFIG_OK) std::fprintf(stderr, "wmconfig: resetting %s failed (%d)\n", section, rc);
     return rc == CONFIG_OK ? 0 : 1;
 }
@@ -200,7 +227,10 @@ int main(int argc, char **argv) {
         return 0;
     }
     if (std::strcmp(verb, "show") == 0 && argc >= 3) return show(argv[2], argc - 3, argv + 3);
-    if (std::strcmp(verb, "reset") == 0 && argc == 3) return reset(argv[2]);
+    if (std::strcmp(verb, "get") == 0 && argc == 4) return get(argv[2], argv[3]);
+    if (std::strcmp(verb, "reset") == 0 && argc == 3) return reset(argv[2], false);
+    if (std::strcmp(verb, "reset") == 0 && argc == 4 && std::strcmp(argv[3], "--flash") == 0)
+        return reset(argv[2], true);
     if (std::strcmp(verb, "set") == 0) {
         bool flash = argc >= 3 && std::strcmp(argv[2], "--flash") == 0;
         int first = flash ? 3 : 2;

@@ -61,6 +61,12 @@ TEST_F(Wmconfig, ResetBringsBackTheFactoryDefaults) {
     EXPECT_EQ(run("show lan ipaddr").out, "ipaddr=10.0.0.1\n");
     ASSERT_EQ(run("reset all").exit_code(), 0);
     EXPECT_EQ(run("show lan ipaddr").out, factory);
+    EXPECT_FALSE(wmtest::file_exists(flash_copy(root, "lan")));
+    // With --flash the defaults are written to both copies at once.
+    ASSERT_EQ(run("reset all --flash").exit_code(), 0);
+    EXPECT_EQ(file_size(flash_copy(root, "lan")), long(sizeof(lan_config)));
+    EXPECT_EQ(file_size(flash_copy(root, "ap_templates")), long(sizeof(ap_template_list_config)));
+    EXPECT_EQ("ipaddr=" + run("get lan ipaddr").out, factory);
 }
 
 TEST_F(Wmconfig, RefusesWhatItDoesNotKnow) {
@@ -70,6 +76,7 @@ TEST_F(Wmconfig, RefusesWhatItDoesNotKnow) {
         const char *message;
     } cases[] = {
         {"set lan nosuchmember=1", 1, "lan has no member nosuchmember"},
+        {"get lan nosuchmember", 1, "lan has no member nosuchmember"},
         {"show nosuchsection", 1, "no section nosuchsection"},
         {"show clients", 1, "has no field table"},
         {"reset nosuchsection", 1, "resetting nosuchsection failed"},
