@@ -16,35 +16,46 @@ namespace {
 constexpr int kLogBufferSize = 1024;
 
 // The abbreviated dump shared by the hex and text printers: everything when short, else
-// the first and last `edge` items with the length behind.
+// the first and last `edge` items with the length behind. Items are emitted with their
+// length, so that a zero byte printed as a character is written too.
 template <typename Emit>
 void dump_abbreviated(const unsigned char *bytes, int length, int edge, Emit emit) {
     if (length <= 0) {
-        emit("<empty string>");
+        emit(std::string_view{"<empty string>"});
         return;
     }
-    char item[32];
-    auto one = [&](const char *fmt, int i) {
-        std::snprintf(item, sizeof item, fmt, bytes[i]);
-        emit(item);
+    bool as_hex = edge == 10;
+    auto one = [&](int i) {
+        char item[3];
+        if (as_hex) {
+            std::snprintf(item, sizeof item, "%02x", bytes[i]);
+            emit(std::string_view{item, 2});
+        } else {
+            item[0] = char(bytes[i]);
+            emit(std::string_view{item, 1});
+        }
     };
-    const char *fmt = edge == 10 ? "%02x" : "%c";
     if (length > 39) {
         for (int i = 0; i < edge; ++i)
-            one(fmt, i);
-        emit(" ... ");
+            one(i);
+        emit(std::string_view{" ... "});
         for (int i = length - edge; i < length; ++i)
-            one(fmt, i);
-        std::snprintf(item, sizeof item, " [%d bytes]", length);
-        emit(item);
+            one(i);
+        char tail[32];
+        std::snprintf(tail, sizeof tail, " [%d bytes]", length);
+        emit(std::string_view{tail});
         return;
     }
     for (int i = 0; i < length; ++i)
-        one(fmt, i);
+        one(i);
 }
 
-void emit_stdout(const char *text) { std::fputs(text, stdout); }
-void emit_log(const char *text) { DFPrintf(stderr, "%s", text); }
+void emit_stdout(std::string_view text) {
+    std::fwrite(text.data(), 1, text.size(), stdout);
+}
+void emit_log(std::string_view text) {
+    DFPrintf(stderr, "%.*s", int(text.size()), text.data());
+}
 
 } // namespace
 } // namespace wm
@@ -59,15 +70,12 @@ void DFPrintf(FILE *, const char *format, ...) {
     va_start(ap, format);
     int n = std::vsnprintf(buffer, wm::kLogBufferSize, format, ap);
     va_end(ap);
-    if (n < 0)
-        return;
-    if (n > wm::kLogBufferSize - 1)
-        n = wm::kLogBufferSize - 1;
+    if (n < 0) return;
+    if (n > wm::kLogBufferSize - 1) n = wm::kLogBufferSize - 1;
     buffer[n] = '\n';
     auto path = wm::device_path(wm::fixed::kSystemLog);
     wm::UniqueFile log(std::fopen(path.c_str(), "a"));
-    if (!log)
-        return;
+    if (!log) return;
     std::fwrite(buffer, 1, size_t(n), log.get());
 }
 
@@ -88,22 +96,19 @@ void print_string(const void *bytes, int length) {
     std::putchar('\n');
     for (int i = 0; i < length; ++i) {
         std::printf("%02x ", p[i]);
-        if ((i + 1) % 16 == 0)
-            std::putchar('\n');
+        if ((i + 1) % 16 == 0) std::putchar('\n');
     }
     std::putchar('\n');
 }
 
 int print_byte_to_string(char *text, const void *bytes, int length) {
-    if (length < 1)
-        return 0;
+    if (length < 1) return 0;
     auto *p = static_cast<const unsigned char *>(bytes);
     char *end = text + std::strlen(text);
     for (int i = 0; i < length; ++i) {
         std::sprintf(end, "%02X", p[i]);
         end += 2;
-        if (i + 1 < length)
-            *end++ = (i + 1) % 6 == 0 ? ' ' : ':';
+        if (i + 1 < length) *end++ = (i + 1) % 6 == 0 ? ' ' : ':';
     }
     *end = '\0';
     return 0;
@@ -112,16 +117,16 @@ int print_byte_to_string(char *text, const void *bytes, int length) {
 char *gethtmlpage(char *out) {
     const char *method = std::getenv("REQUEST_METHOD");
     const char *query = std::getenv("QUERY_STRING");
-    if (!method || strcasecmp(method, "GET") != 0 || !query)
-        return nullptr;
+    if (!method || strcasecmp(method, "GET") != 0 || !query) return nullptr;
     const char *page = std::strstr(query, "page=");
-    if (!page)
-        return nullptr;
+    if (!page) return nullptr;
     std::strcpy(out, page + 5);
     return out;
 }
 
-void *get_buffer(int size) { return size < 0 ? nullptr : std::calloc(1, size_t(size)); }
+void *get_buffer(int size) {
+    return size < 0 ? nullptr : std::calloc(1, size_t(size));
+}
 
 int free_buffer(void *buffer, int) {
     std::free(buffer);

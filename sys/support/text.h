@@ -55,7 +55,8 @@ inline char *heap_copy(std::string_view s) {
     auto *p = static_cast<char *>(std::malloc(s.size() + 1));
     if (!p)
         return nullptr;
-    std::memcpy(p, s.data(), s.size());
+    if (!s.empty()) // an empty view may have no data at all (tail() returns one)
+        std::memcpy(p, s.data(), s.size());
     p[s.size()] = '\0';
     return p;
 }

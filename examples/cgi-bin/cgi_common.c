@@ -1,0 +1,178 @@
+#include "cgi_common.h"
+
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+
+static const char *reason_of(int status) {
+    switch (status) {
+    case 200:
+        return "OK";
+    case 400:
+        return "Bad Request";
+    case 401:
+        return "Unauthorized";
+    case 403:
+        return "Forbidden";
+    case 404:
+        return "Not Found";
+    case 405:
+        return "Method Not Allowed";
+    case 429:
+        return "Too Many Requests";
+    case 500:
+        return "Internal Server Error";
+    case 503:
+        return "Service Unavailable";
+    default:
+        return "Error";
+    }
+}
+
+void cgi_begin_json(int status, const char *extra) {
+    printf("Status: %d %s\r\n", status, reason_of(status));
+    printf("Content-Type: application/json\r\n");
+    printf("Cache-Control: no-store\r\n");
+    if (extra) fputs(extra, stdout);
+    printf("\r\n");
+}
+
+void cgi_print_json_string(const char *text) {
+    putchar('"');
+    for (const unsigned char *p = (const unsigned char *)text; *p; ++p) {
+        if (*p == '"' || *p == '\\')
+            printf("\\%c", *p);
+        else if (*p < 0x20)
+            printf("\\u%04x", *p);
+        else
+            putchar(*p);
+    }
+    putchar('"');
+}
+
+void cgi_reply_error(int status, const char *message) {
+    cgi_begin_json(status, NULL);
+    printf("{\"error\":");
+    cgi_print_json_string(message);
+    printf("}\n");
+}
+
+static int is_post(void) {
+    const char *method = getenv("REQUEST_METHOD");
+    return method && strcmp(method, "POST") == 0;
+}
+
+int cgi_require_post(void) {
+    if (is_post()) return 0;
+    cgi_begin_json(405, "Allow: POST\r\n");
+    printf("{\"error\":\"use POST\"}\n");
+    return -1;
+}
+
+int cgi_cookie(const char *name, char *out, size_t size) {
+    const char *cookies = getenv("HTTP_COOKIE");
+    size_t name_len = strlen(name);
+    if (!cookies || size == 0) return -1;
+    for (const char *p = cookies; *p;) {
+        while (*p == ' ' || *p == ';')
+            ++p;
+        const char *end = strchr(p, ';');
+        size_t len = end ? (size_t)(end - p) : strlen(p);
+        if (len > name_len && strncmp(p, name, name_len) == 0 && p[name_len] == '=') {
+            size_t value_len = len - name_len - 1;
+            if (value_len >= size) return -1;
+            memcpy(out, p + name_len + 1, value_len);
+            out[value_len] = '\0';
+            return 0;
+        }
+        p += len;
+    }
+    return -1;
+}
+
+int cgi_query_value(const char *name, char *out, size_t size) {
+#ifdef WM_HAVE_get_content_from_querystring
+    char value[1024] = "";
+    if (!get_content_from_querystring || size == 0 ||
+        get_content_from_querystring(name, value) != 0 || strlen(value) >= size)
+        return -1;
+    strcpy(out, value);
+    return 0;
+#else
+    (void)name, (void)out, (void)size;
+    return -1;
+#endif
+}
+
+int cgi_require_session(int state_changing) {
+#ifdef WM_HAVE_check_token
+#define reply_not_logged_in() cgi_reply_error(401, "not logged in")
+    if (!check_token) {
+        cgi_reply_error(503, "sessions are not available in this build");
+        return -1;
+    }
+    if (state_changing) {
+        char from_query[64], from_cookie[64];
+        if (cgi_query_value("stork", from_query, sizeof from_query) != 0 ||
+            cgi_cookie("stork", from_cookie, sizeof from_cookie) != 0 ||
+            strcmp(from_query, from_cookie) != 0) {
+            reply_not_logged_in();
+            return -1;
+        }
+    }
+    if (check_token() != 0) {
+        reply_not_logged_in();
+        return -1;
+    }
+    return 0;
+#undef reply_not_logged_in
+#else
+    (void)state_changing;
+    cgi_reply_error(503, "sessions are not available in this build");
+    return -1;
+#endif
+}
+
+int cgi_read_form(form_pair *pairs, int capacity) {
+#ifdef WM_HAVE_process_queue_n
+    if (process_queue_n) return process_queue_n(pairs, capacity);
+#endif
+    (void)pairs, (void)capacity;
+    cgi_reply_error(503, "request decoding is not available in this build");
+    return -1;
+}
+
+void cgi_free_form(form_pair *pairs, int count) {
+    for (int i = 0; i < count; ++i) {
+        free(pairs[i].name);
+        free(pairs[i].value);
+    }
+}
+
+const char *cgi_form_value(const form_pair *pairs, int count, const char *name) {
+    for (int i = 0; i < count; ++i)
+        if (strcmp(pairs[i].name, name) == 0) return pairs[i].value;
+    return NULL;
+}
+
+int cgi_require_plain_values(const form_pair *pairs, int count) {
+    for (int i = 0; i < count; ++i) {
+        for (const unsigned char *p = (const unsigned char *)pairs[i].value; *p; ++p) {
+            if (*p == '"' || *p == '\\' || *p < 0x20) {
+                char message[200];
+                snprintf(message, sizeof message,
+                         "%.100s: quotes, backslashes and control characters are not allowed",
+                         pairs[i].name);
+                cgi_reply_error(400, message);
+                return -1;
+            }
+        }
+    }
+    return 0;
+}
+
+const char *cgi_device_path(const char *device, char *out, size_t size) {
+    const char *root = getenv("WEBMGMT_ROOT");
+    snprintf(out, size, "%s%s", root ? root : "", device);
+    return out;
+}

@@ -1,0 +1,66 @@
+/*
+ * What every demo CGI program shares: the reply's headers, JSON error answers, the session
+ * check, decoding the form and reading single variables.
+ */
+#ifndef WM_CGI_COMMON_H
+#define WM_CGI_COMMON_H
+
+#include <stddef.h>
+
+#include "webmgmt.h"
+#include "have.h"
+
+/* Inside an `#ifdef WM_HAVE_<call>` block: answers 503 and ends the program with status 1
+ * when the library it runs with does not define `call` yet (the reference is weak). */
+#define WM_NEED(call)                                                                              \
+    do {                                                                                           \
+        if (!(call)) {                                                                             \
+            cgi_reply_error(503, #call " is not available in this build");                         \
+            return 1;                                                                              \
+        }                                                                                          \
+    } while (0)
+
+/* The most variables one request of the demo pages carries. */
+#define CGI_MAX_PAIRS 128
+
+/* Prints the CGI header block of a JSON reply: status, type, no caching, `extra` (whole
+ * header lines ending in "\r\n", or NULL), then the blank line. */
+void cgi_begin_json(int status, const char *extra);
+
+/* Answers {"error":"message"} with `status`. */
+void cgi_reply_error(int status, const char *message);
+
+/* Prints `text` as a JSON string, quotes included. */
+void cgi_print_json_string(const char *text);
+
+/* 0 when the request is a POST; otherwise answers 405 and returns -1. */
+int cgi_require_post(void);
+
+/* 0 when the request belongs to a logged-in browser. Must run before cgi_read_form(), which
+ * removes QUERY_STRING. A state-changing request must also carry the session token in the
+ * query string, equal to the cookie's, so that a form posted from another site is refused.
+ * Otherwise answers 401 {"error":"not logged in"} and returns -1. */
+int cgi_require_session(int state_changing);
+
+/* Copies the value of cookie `name` into `out`; 0 when found, -1 otherwise. */
+int cgi_cookie(const char *name, char *out, size_t size);
+
+/* Copies the query-string variable `name` into `out`; 0 when found, -1 otherwise. */
+int cgi_query_value(const char *name, char *out, size_t size);
+
+/* Decodes the request (body, then query string) into `pairs`; returns the count, or -1
+ * after answering 503 when the library cannot decode requests yet. */
+int cgi_read_form(form_pair *pairs, int capacity);
+void cgi_free_form(form_pair *pairs, int count);
+/* The value of the first variable called `name`, or NULL. */
+const char *cgi_form_value(const form_pair *pairs, int count, const char *name);
+
+/* 0 when no value holds a double quote, a backslash or a control character. The views
+ * print stored text as it stands, so such text would break the pages' JSON. Otherwise
+ * answers 400 naming the variable and returns -1. */
+int cgi_require_plain_values(const form_pair *pairs, int count);
+
+/* `device` (such as "/var/loginfail") inside WEBMGMT_ROOT when that is set. */
+const char *cgi_device_path(const char *device, char *out, size_t size);
+
+#endif

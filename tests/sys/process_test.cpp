@@ -1,0 +1,328 @@
+// The /proc scanner and the look-ups by name, checked against ps and pgrep on child
+// processes started here (under an emulator the test program itself shows up as the
+// emulator, so only children are compared).
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstring>
+#include <fcntl.h>
+#include <map>
+#include <pwd.h>
+#include <sstream>
+#include <string>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+#include "support/harness.h"
+#include "webmgmt.h"
+
+namespace {
+
+using wmtest::run_in_child;
+using wmtest::run_shell;
+
+// Ends any scan left open, so that the next procps_scan() starts afresh.
+void reset_scan() {
+    while (procps_scan()) {
+    }
+}
+
+// A directory of copies of sleep under chosen names.
+class ProgramDir {
+  public:
+    ProgramDir() {
+        char templ[] = "/tmp/wm-proc-XXXXXX";
+        dir_ = mkdtemp(templ);
+    }
+    ~ProgramDir() { run_shell("rm -rf '" + dir_ + "'"); }
+    std::string copy_sleep(const std::string &name) {
+        std::string path = dir_ + "/" + name;
+        run_shell("cp \"$(command -v sleep)\" '" + path + "'");
+        return path;
+    }
+
+  private:
+    std::string dir_;
+};
+
+// A child running `exe 1000` (a copy of sleep); started once exec has happened, so that
+// /proc already shows the new name. Killed and reaped on scope exit.
+class Sleeper {
+  public:
+    explicit Sleeper(const std::string &exe, int nice_value = 0) {
+        int fds[2];
+        if (pipe2(fds, O_CLOEXEC) != 0) return;
+        pid_ = fork();
+        if (pid_ == 0) {
+            close(fds[0]);
+            if (nice_value) setpriority(PRIO_PROCESS, 0, nice_value);
+            execl(exe.c_str(), exe.c_str(), "1000", static_cast<char *>(nullptr));
+            _exit(127);
+        }
+        close(fds[1]);
+        char c;
+        // Reads end-of-file once exec has closed the child's end.
+        while (read(fds[0], &c, 1) < 0 && errno == EINTR) {
+        }
+        close(fds[0]);
+    }
+    ~Sleeper() {
+        if (pid_ > 0) {
+            kill(pid_, SIGKILL);
+            waitpid(pid_, nullptr, 0);
+        }
+    }
+    pid_t pid() const { return pid_; }
+
+  private:
+    pid_t pid_ = -1;
+};
+
+struct PsRow {
+    int pid = 0, ppid = 0;
+    std::string stat, comm;
+    unsigned rss = 0;
+};
+
+PsRow ps_row(pid_t pid) {
+    auto r = run_shell("ps -o pid=,ppid=,stat=,rss=,comm= -p " + std::to_string(pid));
+    PsRow row;
+    std::istringstream in(r.out);
+    in >> row.pid >> row.ppid >> row.stat >> row.rss;
+    std::getline(in >> std::ws, row.comm);
+    return row;
+}
+
+// The stat file's resident-size field, in kilobytes, as awk counts the fields after the
+// name (the name itself may hold blanks and parentheses).
+unsigned stat_rss_kb(pid_t pid) {
+    auto r = run_shell("sed 's/.*) //' /proc/" + std::to_string(pid) +
+                       "/stat | awk -v ps=\"$(getconf PAGESIZE)\" '{print $22 * ps / 1024}'");
+    return unsigned(strtoul(r.out.c_str(), nullptr, 10));
+}
+
+std::vector<int> pgrep(const std::string &name) {
+    auto r = run_shell("pgrep -x '" + name + "'");
+    std::vector<int> pids;
+    std::istringstream in(r.out);
+    for (int p; in >> p;)
+        pids.push_back(p);
+    return pids;
+}
+
+// All entries of one full scan, by pid.
+std::map<int, proc_entry> scan_all() {
+    reset_scan();
+    std::map<int, proc_entry> all;
+    while (proc_entry *e = procps_scan())
+        all[e->pid] = *e;
+    return all;
+}
+
+// A command name of our own, unique to this test process (at most 15 characters).
+std::string unique_name(const char *stem) {
+    return stem + std::to_string(getpid() % 100000);
+}
+
+std::string own_user() {
+    struct passwd *pw = getpwuid(getuid());
+    std::string name = pw ? pw->pw_name : std::to_string(getuid());
+    return name.substr(0, 8);
+}
+
+TEST(ProcpsScan, ChildrenMatchPs) {
+    ProgramDir dir;
+    Sleeper plain(dir.copy_sleep(unique_name("wmscan")));
+    Sleeper paren(dir.copy_sleep("a)b"));
+    Sleeper spaced(dir.copy_sleep("x) y (z"));
+    Sleeper niced(dir.copy_sleep(unique_name("wmnice")), 5);
+    auto all = scan_all();
+    for (const Sleeper *s : {&plain, &paren, &spaced, &niced}) {
+        SCOPED_TRACE(s->pid());
+        ASSERT_EQ(all.count(s->pid()), 1u);
+        const proc_entry &e = all[s->pid()];
+        PsRow ps = ps_row(s->pid());
+        EXPECT_EQ(e.short_cmd, ps.comm);
+        EXPECT_EQ(e.ppid, ps.ppid);
+        EXPECT_EQ(e.ppid, getpid());
+        EXPECT_EQ(e.state[0], ps.stat[0]);
+        // ps reads the exact resident size from the status file; the stat file's count
+        // may lag behind it a little, so the two only agree roughly.
+        EXPECT_GT(e.rss, 0u);
+        EXPECT_NEAR(double(e.rss), double(ps.rss), ps.rss * 0.3);
+        EXPECT_EQ(e.rss, stat_rss_kb(s->pid()));
+        EXPECT_EQ(e.state[1], ' '); // resident pages
+        bool ps_nice = ps.stat.find('N') != std::string::npos;
+        EXPECT_EQ(e.state[2] == 'N', ps_nice);
+        EXPECT_EQ(e.state[2], s == &niced ? 'N' : ' ');
+        EXPECT_EQ(e.state[3], '\0');
+        EXPECT_EQ(e.user, own_user());
+    }
+    EXPECT_STREQ(all[paren.pid()].short_cmd, "a)b");
+    EXPECT_STREQ(all[spaced.pid()].short_cmd, "x) y (z");
+}
+
+TEST(ProcpsScan, ZombieHasNoResidentPagesButNoW) {
+    pid_t pid = fork();
+    if (pid == 0) _exit(0);
+    siginfo_t info;
+    // Waits for the exit but leaves the child a zombie.
+    ASSERT_EQ(waitid(P_PID, id_t(pid), &info, WEXITED | WNOWAIT), 0);
+    auto all = scan_all();
+    PsRow ps = ps_row(pid);
+    waitpid(pid, nullptr, 0);
+    ASSERT_EQ(all.count(pid), 1u);
+    EXPECT_EQ(all[pid].state[0], 'Z');
+    EXPECT_EQ(ps.stat[0], 'Z');
+    EXPECT_EQ(all[pid].rss, 0u);
+    EXPECT_EQ(all[pid].state[1], ' ');
+}
+
+TEST(ProcpsScan, MissingProcEndsTheProcess) {
+    reset_scan();
+    wmtest::TempRoot root;
+    unlink(root.path("/proc").c_str());
+    auto r = run_in_child([] {
+        bb_applet_name = "scan";
+        procps_scan();
+        return 0;
+    });
+    EXPECT_EQ(r.exit_code(), 1);
+    EXPECT_EQ(r.err, "scan: Can't open /proc\n");
+}
+
+TEST(FindPidByName, MatchesPgrepAndResumesAfterEachMatch) {
+    ProgramDir dir;
+    std::string name = unique_name("wmtwin");
+    std::string exe = dir.copy_sleep(name);
+    Sleeper first(exe), second(exe);
+    std::vector<int> expected = pgrep(name);
+    ASSERT_EQ(expected.size(), 2u);
+    reset_scan();
+    // Each call continues the scan where the previous match left it.
+    for (int pid : expected) {
+        int32_t *list = find_pid_by_name(name.c_str());
+        EXPECT_EQ(list[0], pid);
+        EXPECT_EQ(list[1], 0);
+        free(list);
+    }
+    int32_t *none = find_pid_by_name(name.c_str());
+    EXPECT_EQ(none[0], -1);
+    free(none);
+    // That exhausted the scan; the next one starts afresh.
+    int32_t *again = find_pid_by_name(name.c_str());
+    EXPECT_EQ(again[0], expected[0]);
+    free(again);
+    reset_scan();
+}
+
+TEST(FindPidByName, WholeNamesOnlyLikePgrep) {
+    ProgramDir dir;
+    std::string name = unique_name("wmwhole");
+    Sleeper s(dir.copy_sleep(name));
+    // A long file name shows up cut to the kernel's 15 characters.
+    std::string long_name = "wmlongname-" + std::to_string(getpid()) + "-abcdef";
+    Sleeper l(dir.copy_sleep(long_name));
+    struct Case {
+        std::string query;
+        pid_t want;
+    } cases[] = {
+        {name, s.pid()},  {name.substr(0, name.size() - 1), -1},
+        {name + "x", -1}, {long_name.substr(0, 15), l.pid()},
+        {long_name, -1},  {name + ")", -1},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.query);
+        reset_scan();
+        int32_t *list = find_pid_by_name(c.query.c_str());
+        EXPECT_EQ(list[0], c.want);
+        auto ref = pgrep(c.query);
+        EXPECT_EQ(ref.empty() ? -1 : ref[0], c.want);
+        free(list);
+    }
+    reset_scan();
+}
+
+TEST(IsRuning, FindsAnotherProcessByName) {
+    ProgramDir dir;
+    std::string name = unique_name("wmrun");
+    Sleeper s(dir.copy_sleep(name));
+    reset_scan();
+    EXPECT_EQ(is_runing(name.c_str()), s.pid());
+    reset_scan();
+    EXPECT_EQ(is_runing("wm-nothing-here"), 0);
+}
+
+// True when the scanner sees the calling process under `name`. An emulator such as
+// qemu-user answers for its own /proc entry itself and may show another name.
+bool scanner_sees_self_as(const std::string &name) {
+    auto all = scan_all();
+    auto it = all.find(getpid());
+    return it != all.end() && name == it->second.short_cmd;
+}
+
+constexpr int kNameHidden = 3;
+
+// A child process named like the processes it looks for.
+TEST(IsRuning, CallerItselfCountsAsNotRunning) {
+    ProgramDir dir;
+    std::string name = unique_name("wmself");
+    std::string exe = dir.copy_sleep(name);
+    reset_scan();
+    auto alone = run_in_child([&] {
+        if (prctl(PR_SET_NAME, name.c_str()) != 0 || !scanner_sees_self_as(name))
+            return kNameHidden;
+        return is_runing(name.c_str()) == 0 ? 0 : 1;
+    });
+    if (alone.exit_code() == kNameHidden)
+        GTEST_SKIP() << "this process's name cannot be changed where /proc shows it";
+    EXPECT_EQ(alone.exit_code(), 0);
+    // With a second process of that name, only the first one in /proc counts: when the
+    // caller comes first the answer is still 0.
+    auto pair = run_in_child([&] {
+        if (prctl(PR_SET_NAME, name.c_str()) != 0) return 2;
+        Sleeper other(exe);
+        int want = other.pid() > getpid() ? 0 : other.pid();
+        return is_runing(name.c_str()) == want ? 0 : 1;
+    });
+    EXPECT_EQ(pair.exit_code(), 0);
+}
+
+TEST(MyGetug, NamesIdsAndSizes) {
+    char buf[9];
+    memset(buf, 'x', sizeof buf);
+    EXPECT_EQ(my_getug(buf, "root", 0, 9, 'u'), buf);
+    EXPECT_STREQ(buf, "root");
+    EXPECT_EQ(my_getug(buf, "averylongusername", 0, 9, 'u'), buf);
+    EXPECT_STREQ(buf, "averylon");
+    EXPECT_EQ(my_getug(buf, nullptr, 1234, 9, 'u'), nullptr);
+    EXPECT_STREQ(buf, "1234");
+    EXPECT_EQ(my_getug(buf, nullptr, 1234567890, 5, 'u'), nullptr);
+    EXPECT_STREQ(buf, "1234");
+    const char *name = "daemon";
+    EXPECT_EQ(my_getug(nullptr, name, 1, 0, 'u'), name);
+    EXPECT_EQ(my_getug(nullptr, nullptr, 1, 0, 'u'), nullptr);
+    EXPECT_EQ(my_getpwuid(buf, 0, 9), buf);
+    EXPECT_STREQ(buf, getpwuid(0) ? getpwuid(0)->pw_name : "0");
+}
+
+TEST(MyGetug, FatalCases) {
+    auto unknown = run_in_child([] {
+        bb_applet_name = "ps";
+        my_getug(nullptr, nullptr, 42, -1, 'g');
+        return 0;
+    });
+    EXPECT_EQ(unknown.exit_code(), 1);
+    EXPECT_EQ(unknown.err, "ps: unknown gid 42\n");
+    auto no_buffer = run_in_child([] {
+        my_getug(nullptr, "x", 1, 9, 'u');
+        return 0;
+    });
+    EXPECT_TRUE(WIFSIGNALED(no_buffer.status));
+    EXPECT_NE(no_buffer.err.find("buffer!=NULL"), std::string::npos) << no_buffer.err;
+}
+
+} // namespace
