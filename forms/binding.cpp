@@ -8,8 +8,7 @@ namespace wm {
 void Bindings::put(const char *name, void *address, int16_t code, size_t size) {
     // The last row stays empty: it ends the table. A form never binds that many variables;
     // one more would be dropped rather than overwrite the end.
-    if (count_ >= WEBMGMT_FORM_ROWS - 1)
-        return;
+    if (count_ >= WEBMGMT_FORM_ROWS - 1) return;
     field_desc &row = rows_[count_++];
     copy_bounded(row.name, name);
     row.address = address;
@@ -18,8 +17,7 @@ void Bindings::put(const char *name, void *address, int16_t code, size_t size) {
 }
 
 void Bindings::apply(const form_pair *pairs, int count) const {
-    if (!pairs || count < 1)
-        return;
+    if (!pairs || count < 1) return;
     for (int r = 0; r < WEBMGMT_FORM_ROWS; ++r) {
         const field_desc &row = rows_[r];
         // The empty-named end row is scanned like the others: a pair with an empty name
@@ -27,8 +25,7 @@ void Bindings::apply(const form_pair *pairs, int count) const {
         for (int i = 0; i < count; ++i)
             if (pairs[i].name && pairs[i].value && std::strcmp(pairs[i].name, row.name) == 0)
                 save_data_base(row, pairs[i].value);
-        if (row.name[0] == '\0')
-            break;
+        if (row.name[0] == '\0') break;
     }
 }
 

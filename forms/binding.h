@@ -16,29 +16,40 @@ namespace wm {
 
 // The conversion codes of save_data_base.
 namespace conv {
-inline constexpr int16_t kInt = 1;      // atoi, 32 bits
-inline constexpr int16_t kShort = 2;    // atoi, low 16 bits
-inline constexpr int16_t kLong = 3;     // atol, 32 bits
-inline constexpr int16_t kText = 4;     // text, bounded by the member
-inline constexpr int16_t kTextN = 5;    // strncpy over the member (may stay unterminated)
-inline constexpr int16_t kIpv4 = 6;     // inet_addr into the second 32-bit word
-inline constexpr int16_t kLong2 = 7;    // atol, 32 bits
-inline constexpr int16_t kInt64 = 8;    // atoll, 64 bits
-inline constexpr int16_t kInt2 = 9;     // atoi, 32 bits
-inline constexpr int16_t kMac = 10;     // str2mac into 6 bytes
-inline constexpr int16_t kShort2 = 11;  // atoi, low 16 bits
-inline constexpr int16_t kIpv6 = 12;    // inet_pton, 8 bytes into the member
+inline constexpr int16_t kInt = 1;     // atoi, 32 bits
+inline constexpr int16_t kShort = 2;   // atoi, low 16 bits
+inline constexpr int16_t kLong = 3;    // atol, 32 bits
+inline constexpr int16_t kText = 4;    // text, bounded by the member
+inline constexpr int16_t kTextN = 5;   // strncpy over the member (may stay unterminated)
+inline constexpr int16_t kIpv4 = 6;    // inet_addr into the second 32-bit word
+inline constexpr int16_t kLong2 = 7;   // atol, 32 bits
+inline constexpr int16_t kInt64 = 8;   // atoll, 64 bits
+inline constexpr int16_t kInt2 = 9;    // atoi, 32 bits
+inline constexpr int16_t kMac = 10;    // str2mac into 6 bytes
+inline constexpr int16_t kShort2 = 11; // atoi, low 16 bits
+inline constexpr int16_t kIpv6 = 12;   // inet_pton, 8 bytes into the member
 
 // The fewest bytes a member of each code must have; 0 when any width will do.
 constexpr size_t min_width(int16_t code) {
     switch (code) {
-    case kInt: case kLong: case kLong2: case kInt2: return 4;
-    case kShort: case kShort2: return 2;
-    case kIpv4: return 8;
-    case kInt64: return 8;
-    case kMac: return 6;
-    case kIpv6: return 24;
-    default: return 0;
+    case kInt:
+    case kLong:
+    case kLong2:
+    case kInt2:
+        return 4;
+    case kShort:
+    case kShort2:
+        return 2;
+    case kIpv4:
+        return 8;
+    case kInt64:
+        return 8;
+    case kMac:
+        return 6;
+    case kIpv6:
+        return 24;
+    default:
+        return 0;
     }
 }
 } // namespace conv

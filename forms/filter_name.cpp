@@ -27,10 +27,8 @@ constexpr size_t kLockPathSize = 128;
 // True when some slot other than `id` (and not empty, id 0) bears `name`.
 template <typename Slot> bool name_taken(std::span<const Slot> slots, const char *name, int id) {
     for (const Slot &s : slots) {
-        if (s.id <= 0 || s.id == id)
-            continue;
-        if (wm::member_text(s.name, sizeof s.name) == name)
-            return true;
+        if (s.id <= 0 || s.id == id) continue;
+        if (wm::member_text(s.name, sizeof s.name) == name) return true;
     }
     return false;
 }
@@ -45,11 +43,11 @@ bool scan_kind(const void *list, int kind, const char *name, int id) {
         return name_taken<ipgroup_entry>(
             static_cast<const ipport_config *>(list)->useripgroup.element, name, id);
     case WEBMGMT_KIND_FWURL:
-        return name_taken<fwurl_rule>(static_cast<const fwurl_config *>(list)->fwurl.element,
-                                      name, id);
+        return name_taken<fwurl_rule>(static_cast<const fwurl_config *>(list)->fwurl.element, name,
+                                      id);
     case WEBMGMT_KIND_FWMAC:
-        return name_taken<fwmac_rule>(static_cast<const fwmac_config *>(list)->fwmac.element,
-                                      name, id);
+        return name_taken<fwmac_rule>(static_cast<const fwmac_config *>(list)->fwmac.element, name,
+                                      id);
     case WEBMGMT_KIND_FWIPPORT:
         return name_taken<fwipport_rule>(
             static_cast<const fwipport_config *>(list)->fwipport.element, name, id);
@@ -63,14 +61,15 @@ bool scan_kind(const void *list, int kind, const char *name, int id) {
     }
 }
 
-bool known_kind(int kind) { return kind >= WEBMGMT_KIND_TIMEGROUP && kind <= WEBMGMT_KIND_ACL; }
+bool known_kind(int kind) {
+    return kind >= WEBMGMT_KIND_TIMEGROUP && kind <= WEBMGMT_KIND_ACL;
+}
 
 // The lock-file path of a list record: its text member after the two version bytes. An
 // unknown kind (or the access list, which has none) leaves it empty.
 void lock_path(const void *list, int kind, char (&path)[kLockPathSize]) {
     std::memset(path, 0, sizeof path);
-    if (!known_kind(kind) || kind == WEBMGMT_KIND_ACL)
-        return;
+    if (!known_kind(kind) || kind == WEBMGMT_KIND_ACL) return;
     // Every section record begins with the same head; qos_config stands for all of them.
     const char *member = static_cast<const qos_config *>(list)->lock_file;
     wm::copy_bounded(path, wm::member_text(member, sizeof(qos_config::lock_file)));
@@ -81,16 +80,14 @@ void lock_path(const void *list, int kind, char (&path)[kLockPathSize]) {
 extern "C" {
 
 int filterate_name(const void *list, const char *name, int id, int kind) {
-    if (!list || !name)
-        return -1;
+    if (!list || !name) return -1;
     char path[kLockPathSize];
     lock_path(list, kind, path);
 
     wm::UniqueFd fd;
     if (kind != WEBMGMT_KIND_ACL) {
         // An unknown kind keeps the path empty, so the open fails like any missing file.
-        if (path[0] != '\0')
-            fd.reset(::open(path, O_RDWR | O_CREAT | O_CLOEXEC, 0644));
+        if (path[0] != '\0') fd.reset(::open(path, O_RDWR | O_CREAT | O_CLOEXEC, 0644));
         if (!fd) {
             std::printf("Cannot Lock file %s", path);
             std::fflush(stdout);
@@ -101,8 +98,7 @@ int filterate_name(const void *list, const char *name, int id, int kind) {
 
     bool taken = scan_kind(list, kind, name, id);
 
-    if (fd)
-        sc_lock_reg(fd.get(), kLockCmdSet, kLockUnlock, 0, SEEK_CUR, 0, 0);
+    if (fd) sc_lock_reg(fd.get(), kLockCmdSet, kLockUnlock, 0, SEEK_CUR, 0, 0);
     return taken ? -1 : 0;
 }
 

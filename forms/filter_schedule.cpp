@@ -18,8 +18,7 @@ constexpr int kTimeGroup = 1;
 // without terminator, as it was), clearing what a previous copy left.
 void copy_time(char (&dst)[WEBMGMT_ITEM_TIME], const char *src) {
     std::memset(dst, 0, sizeof dst);
-    if (src)
-        std::memcpy(dst, src, strnlen(src, sizeof dst));
+    if (src) std::memcpy(dst, src, strnlen(src, sizeof dst));
 }
 
 // An element's own schedule as the forms carry it: 32-bit weekday flags.
@@ -39,8 +38,7 @@ template <typename Slot> void own_schedule_of_slot(schedule_block &b, const Slot
 
 template <typename Slot, typename Item>
 bool same_schedule(const Slot &s, const Item &item, const rule_config_set *config) {
-    if (item.timecontrol == kTimeAlways && s.timecontrol == kTimeAlways)
-        return true;
+    if (item.timecontrol == kTimeAlways && s.timecontrol == kTimeAlways) return true;
     schedule_block a;
     schedule_block b;
     std::memset(&a, 0, sizeof a);
@@ -60,8 +58,7 @@ bool same_schedule(const Slot &s, const Item &item, const rule_config_set *confi
 const char *dotted(const ipaddr_field &a, char (&buf)[INET_ADDRSTRLEN]) {
     in_addr in{};
     in.s_addr = a.v4;
-    if (!inet_ntop(AF_INET, &in, buf, sizeof buf))
-        buf[0] = '\0';
+    if (!inet_ntop(AF_INET, &in, buf, sizeof buf)) buf[0] = '\0';
     return buf;
 }
 
@@ -86,10 +83,8 @@ template <typename Slot, size_t N, typename Item, typename Same>
 int any_duplicate(const Slot (&slots)[N], const Item &item, const rule_config_set *config,
                   Same same) {
     for (const Slot &s : slots) {
-        if (s.id == item.id || s.id < 0)
-            continue;
-        if (same_schedule(s, item, config) && same(s, item))
-            return -1;
+        if (s.id == item.id || s.id < 0) continue;
+        if (same_schedule(s, item, config) && same(s, item)) return -1;
     }
     return 0;
 }
@@ -99,11 +94,9 @@ int any_duplicate(const Slot (&slots)[N], const Item &item, const rule_config_se
 extern "C" {
 
 int get_time_from_timegroup(schedule_block *block, int group_id, const rule_config_set *config) {
-    if (!block || !config || !config->timegroup)
-        return 0;
+    if (!block || !config || !config->timegroup) return 0;
     const timegroup_list &groups = config->timegroup->usertimegroup;
-    if (groups.count < 1)
-        return 0;
+    if (groups.count < 1) return 0;
     // The count comes from the stored record: never scan past the 16 slots.
     int32_t n = groups.count < WEBMGMT_GROUP_COUNT ? groups.count : WEBMGMT_GROUP_COUNT;
     for (int32_t i = 0; i < n; ++i)
@@ -114,8 +107,7 @@ int get_time_from_timegroup(schedule_block *block, int group_id, const rule_conf
 
 void copy_time_from_config(schedule_block *block, const uint8_t *weekdays, const char *start_time,
                            const char *end_time) {
-    if (!block)
-        return;
+    if (!block) return;
     if (weekdays)
         for (int d = 0; d < WEBMGMT_WEEKDAY_COUNT; ++d)
             block->weekday[d] = weekdays[d];
@@ -125,15 +117,13 @@ void copy_time_from_config(schedule_block *block, const uint8_t *weekdays, const
 
 int filterate_fwipport_data(const fwipport_config *list, const fwipport_item *item,
                             const rule_config_set *config) {
-    if (!list || !item)
-        return 0;
+    if (!list || !item) return 0;
     return any_duplicate(list->fwipport.element, *item, config, same_fwipport);
 }
 
 int filterate_fwmac_data(const fwmac_config *list, const fwmac_item *item,
                          const rule_config_set *config) {
-    if (!list || !item)
-        return 0;
+    if (!list || !item) return 0;
     return any_duplicate(list->fwmac.element, *item, config, same_fwmac);
 }
 

@@ -4,6 +4,7 @@
 
 #include "config_data_api.h"
 #include "forms/rule_bindings.h"
+#include "forms/rule_items.h"
 
 namespace wm {
 namespace {
@@ -30,20 +31,20 @@ bool duplicate_check_on(const rule_config_set *config) {
 }
 
 // What differs between the lists' element forms.
-template <typename Record, typename Item> struct ElementForm {
+template <typename Record, typename Item, typename Slot> struct ElementForm {
     void (*bind)(Bindings &, Item &);
     int kind;
     // The list's content filter, or null (URL filter and QoS have none).
     int (*content)(const Record *, const Item *, const rule_config_set *);
-    int (*add)(Record *, Item *);
-    int (*modify)(Record *, Item *);
+    int (*add)(Record *, Slot *);
+    int (*modify)(Record *, Slot *);
     int (*save)(Record *);
 };
 
 // Add or modify: bind, check for duplicates when the switch is on, store, save.
-template <typename Record, typename Item>
-int add_or_modify(const ElementForm<Record, Item> &f, Record *list, int op, const form_pair *pairs,
-                  int count, const rule_config_set *config) {
+template <typename Record, typename Item, typename Slot>
+int add_or_modify(const ElementForm<Record, Item, Slot> &f, Record *list, int op,
+                  const form_pair *pairs, int count, const rule_config_set *config) {
     Item item;
     std::memset(&item, 0, sizeof item);
     Bindings b;
@@ -51,20 +52,20 @@ int add_or_modify(const ElementForm<Record, Item> &f, Record *list, int op, cons
     b.apply(pairs, count);
 
     if (duplicate_check_on(config)) {
-        if (filterate_name(list, item.name, item.id, f.kind) != 0)
-            return WEBMGMT_FORM_DUPLICATE;
-        if (f.content && f.content(list, &item, config) != 0)
-            return WEBMGMT_FORM_DUPLICATE;
+        if (filterate_name(list, item.name, item.id, f.kind) != 0) return WEBMGMT_FORM_DUPLICATE;
+        if (f.content && f.content(list, &item, config) != 0) return WEBMGMT_FORM_DUPLICATE;
     }
-    int rc = op == kOpAdd ? f.add(list, &item) : f.modify(list, &item);
+    Slot slot;
+    to_slot(item, slot);
+    int rc = op == kOpAdd ? f.add(list, &slot) : f.modify(list, &slot);
     f.save(list);
     return rc;
 }
 
 // Switch form: one row, a one-byte switch or mode, then the list's save call.
 template <typename Record>
-int save_switch(Record *list, uint8_t &member, const char *name, const form_pair *pairs,
-                int count, int (*save)(Record *)) {
+int save_switch(Record *list, uint8_t &member, const char *name, const form_pair *pairs, int count,
+                int (*save)(Record *)) {
     Bindings b;
     b.add<conv::kTextN>(name, member);
     b.apply(pairs, count);
@@ -79,39 +80,37 @@ int vsipport_content(const vsipport_config *l, const vsipport_item *i, const rul
 int ipgroup_content(const ipport_config *l, const ipgroup_item *i, const rule_config_set *) {
     return filterate_ipgroup_data(l, i);
 }
-int timegroup_content(const timegroup_config *l, const timegroup_item *i,
-                      const rule_config_set *) {
+int timegroup_content(const timegroup_config *l, const timegroup_item *i, const rule_config_set *) {
     return filterate_timegroup_data(l, i);
 }
 
-constexpr ElementForm<vsipport_config, vsipport_item> kVsIpport{
-    bind_vsipport,   WEBMGMT_KIND_VSIPPORT, vsipport_content,
-    AddPortFwItem,   ModifyPortFwItem,      SC_Save_System_VsIpport_Config};
-constexpr ElementForm<fwipport_config, fwipport_item> kFwIpport{
+constexpr ElementForm<vsipport_config, vsipport_item, vsipport_rule> kVsIpport{
+    bind_vsipport, WEBMGMT_KIND_VSIPPORT, vsipport_content,
+    AddPortFwItem, ModifyPortFwItem,      SC_Save_System_VsIpport_Config};
+constexpr ElementForm<fwipport_config, fwipport_item, fwipport_rule> kFwIpport{
     bind_fwipport,   WEBMGMT_KIND_FWIPPORT, filterate_fwipport_data,
     AddIpFilterItem, ModifyIpFilterItem,    SC_Save_System_FwIpport_Config};
-constexpr ElementForm<ipport_config, ipgroup_item> kIpGroup{
+constexpr ElementForm<ipport_config, ipgroup_item, ipgroup_entry> kIpGroup{
     bind_ipgroup,   WEBMGMT_KIND_IPGROUP, ipgroup_content,
     AddIpGroupItem, ModifyIpGroupItem,    SC_Save_System_IpGroup_Config};
-constexpr ElementForm<timegroup_config, timegroup_item> kTimeGroup{
+constexpr ElementForm<timegroup_config, timegroup_item, timegroup_entry> kTimeGroup{
     bind_timegroup,   WEBMGMT_KIND_TIMEGROUP, timegroup_content,
     AddTimeGroupItem, ModifyTimeGroupItem,    SC_Save_System_TimeGroup_Config};
-constexpr ElementForm<fwurl_config, fwurl_item> kFwUrl{
+constexpr ElementForm<fwurl_config, fwurl_item, fwurl_rule> kFwUrl{
     bind_fwurl,       WEBMGMT_KIND_FWURL,  nullptr,
     AddUrlFilterItem, ModifyUrlFilterItem, SC_Save_System_FwUrl_Config};
-constexpr ElementForm<fwmac_config, fwmac_item> kFwMac{
+constexpr ElementForm<fwmac_config, fwmac_item, fwmac_rule> kFwMac{
     bind_fwmac,       WEBMGMT_KIND_FWMAC,  filterate_fwmac_data,
     AddMacFilterItem, ModifyMacFilterItem, SC_Save_System_FwMac_Config};
-constexpr ElementForm<qos_config, qos_item> kQos{
-    bind_qos,   WEBMGMT_KIND_QOS, nullptr, AddQosItem, ModifyQosItem, SC_Save_System_Qos_Config};
+constexpr ElementForm<qos_config, qos_item, qos_rule> kQos{
+    bind_qos, WEBMGMT_KIND_QOS, nullptr, AddQosItem, ModifyQosItem, SC_Save_System_Qos_Config};
 
 // The element form of a list whose delete calls take (list, key) and no argument.
-template <typename Record, typename Item>
-int rule_element(const ElementForm<Record, Item> &f, Record *list, int op, const form_pair *pairs,
-                 int count, const rule_config_set *config, int (*del)(Record *, const void *),
-                 int (*del_all)()) {
-    if (!list)
-        return -1;
+template <typename Record, typename Item, typename Slot>
+int rule_element(const ElementForm<Record, Item, Slot> &f, Record *list, int op,
+                 const form_pair *pairs, int count, const rule_config_set *config,
+                 int (*del)(Record *, const void *), int (*del_all)()) {
+    if (!list) return -1;
     if (op == kOpDelete) {
         DeleteKey key = delete_key(pairs, count);
         del(list, &key); // a delete makes no save call of its own
@@ -137,9 +136,9 @@ int save_vsipport_config(vsipport_config *list, const form_pair *pairs, int coun
                 : -1;
 }
 int save_fwipport_config(fwipport_config *list, const form_pair *pairs, int count) {
-    return list ? save_switch(list, list->mode, "mode", pairs, count,
-                              SC_Save_System_FwIpport_Config)
-                : -1;
+    return list
+               ? save_switch(list, list->mode, "mode", pairs, count, SC_Save_System_FwIpport_Config)
+               : -1;
 }
 int save_fwurl_config(fwurl_config *list, const form_pair *pairs, int count) {
     return list ? save_switch(list, list->mode, "mode", pairs, count, SC_Save_System_FwUrl_Config)
@@ -156,8 +155,7 @@ int save_qos_config(qos_config *list, const form_pair *pairs, int count) {
 
 int save_vsipport_config_element(vsipport_config *list, int op, const form_pair *pairs, int count,
                                  rule_config_set *config) {
-    return rule_element(kVsIpport, list, op, pairs, count, config, DelPortFwItem,
-                        DelAllPortFwItem);
+    return rule_element(kVsIpport, list, op, pairs, count, config, DelPortFwItem, DelAllPortFwItem);
 }
 int save_fwipport_config_element(fwipport_config *list, int op, const form_pair *pairs, int count,
                                  rule_config_set *config) {
@@ -184,8 +182,7 @@ int save_qos_config_element(qos_config *list, int op, const form_pair *pairs, in
 int save_ipgroup_config_element(rule_config_set *config, int op, const form_pair *pairs,
                                 int count) {
     ipport_config *list = config ? config->ipgroup : nullptr;
-    if (!list)
-        return -1;
+    if (!list) return -1;
     if (op == kOpDelete) {
         DeleteKey key = delete_key(pairs, count);
         DelIpGroupItem(list, config->fwipport, config->qos, &key);
@@ -201,8 +198,7 @@ int save_ipgroup_config_element(rule_config_set *config, int op, const form_pair
 int save_timegroup_config_element(rule_config_set *config, int op, const form_pair *pairs,
                                   int count) {
     timegroup_config *list = config ? config->timegroup : nullptr;
-    if (!list)
-        return -1;
+    if (!list) return -1;
     if (op == kOpDelete) {
         DeleteKey key = delete_key(pairs, count);
         DelTimeGroupItem(list, config->fwipport, config->fwmac, config->fwurl, config->qos, &key);

@@ -9,10 +9,14 @@
 namespace {
 
 // Members may sit at any offset of a packed record: write them bytewise.
-template <typename T> void store(void *member, T value) { std::memcpy(member, &value, sizeof value); }
+template <typename T> void store(void *member, T value) {
+    std::memcpy(member, &value, sizeof value);
+}
 
 // A member narrower than its code needs is left untouched rather than overrun.
-bool wide_enough(const field_desc &row) { return row.size >= wm::conv::min_width(row.type); }
+bool wide_enough(const field_desc &row) {
+    return row.size >= wm::conv::min_width(row.type);
+}
 
 // Codes 4 and 5 on a member of 0 or 1 bytes: a one-byte number.
 int store_byte(void *member, const char *value) {
@@ -24,8 +28,7 @@ int store_byte(void *member, const char *value) {
 // Code 4: the whole value as far as the member holds it, always terminated. The pages'
 // values were trusted to fit; a longer one is cut at size - 1 characters.
 int store_text(const field_desc &row, const char *value) {
-    if (row.size <= 1)
-        return store_byte(row.address, value);
+    if (row.size <= 1) return store_byte(row.address, value);
     std::memset(row.address, 0, row.size);
     wm::copy_bounded({static_cast<char *>(row.address), row.size}, value);
     return 0;
@@ -34,8 +37,7 @@ int store_text(const field_desc &row, const char *value) {
 // Code 5: strncpy over the member, so a value of size characters or more fills the member
 // without a terminator (the readers bound their reads by the member's size).
 int store_text_n(const field_desc &row, const char *value) {
-    if (row.size <= 1)
-        return store_byte(row.address, value);
+    if (row.size <= 1) return store_byte(row.address, value);
     std::memset(row.address, 0, row.size);
     std::strncpy(static_cast<char *>(row.address), value, row.size);
     return 0;
@@ -53,8 +55,7 @@ int store_ipv4(const field_desc &row, const char *value) {
 int store_ipv6(const field_desc &row, const char *value) {
     unsigned char bytes[16];
     int rc = inet_pton(AF_INET6, value, bytes);
-    if (rc == 1)
-        std::memcpy(static_cast<char *>(row.address) + 8, bytes, sizeof bytes);
+    if (rc == 1) std::memcpy(static_cast<char *>(row.address) + 8, bytes, sizeof bytes);
     return rc;
 }
 
@@ -72,8 +73,7 @@ extern "C" {
 
 int save_data_base(field_desc row, const char *value) {
     using namespace wm::conv;
-    if (!row.address || !value || !wide_enough(row))
-        return 0;
+    if (!row.address || !value || !wide_enough(row)) return 0;
     switch (row.type) {
     case kInt:
     case kInt2: {

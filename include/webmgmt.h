@@ -1585,7 +1585,7 @@ typedef struct fwipport_item {
     int32_t enable;
     int32_t status;
 } fwipport_item;
-WEBMGMT_STATIC_ASSERT(sizeof(fwipport_item) == 2004, "fwipport_item layout");
+WEBMGMT_STATIC_ASSERT(sizeof(fwipport_item) == 2016, "fwipport_item layout");
 
 /* IP group. */
 typedef struct ipgroup_item {
@@ -1647,7 +1647,7 @@ typedef struct fwurl_item {
     int32_t enable;
     char mark[WEBMGMT_ITEM_NAME];
 } fwurl_item;
-WEBMGMT_STATIC_ASSERT(sizeof(fwurl_item) == 2012, "fwurl_item layout");
+WEBMGMT_STATIC_ASSERT(sizeof(fwurl_item) == 1896, "fwurl_item layout");
 
 /* QoS; "bw_share_mode" fills bw_share_mode. */
 typedef struct qos_item {
@@ -1676,7 +1676,7 @@ typedef struct qos_item {
     int32_t enable;
     char mark[WEBMGMT_ITEM_NAME];
 } qos_item;
-WEBMGMT_STATIC_ASSERT(sizeof(qos_item) == 2152, "qos_item layout");
+WEBMGMT_STATIC_ASSERT(sizeof(qos_item) == 2040, "qos_item layout");
 
 /* The section records of the rule lists, as the CGI program fetched them from the store.
  * `misc->need_filter_firewall` is the duplicate-check switch (0: no check); a null misc
