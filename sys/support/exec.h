@@ -10,7 +10,8 @@ namespace wm {
 int run_argv(const char *const argv[]);
 
 // As run_argv(), and keeps the first line the tool prints on standard output (without its
-// line feed) in `line`; the rest of the output is read and dropped.
-int run_argv_line(const char *const argv[], std::span<char> line);
+// line feed) in `line`; the rest of the output is read and dropped. With `keep_line_feed`
+// the line feed is kept when it fits, as fgets() keeps it.
+int run_argv_line(const char *const argv[], std::span<char> line, bool keep_line_feed = false);
 
 } // namespace wm

@@ -17,7 +17,9 @@ class AtomicFile {
     ~AtomicFile();
     FILE *get() const { return file_; }
     explicit operator bool() const { return file_ != nullptr; }
-    bool commit();
+    // `durable` = false skips the flushes to disk but keeps the one-step rename: for
+    // runtime state in RAM-backed /var that is rewritten on every request.
+    bool commit(bool durable = true);
 
   private:
     FILE *file_ = nullptr;

@@ -17,6 +17,8 @@ inline constexpr char kCloudWatchdogPid[] = "/var/run/check-cloud-client.pid";
 inline constexpr char kKillForUpload[] = "/usr/sbin/killforuploadfile.sh";
 inline constexpr char kLoginLock[] = "/var/loginlock";
 inline constexpr char kUserToken[] = "/var/usertoken";
+inline constexpr char kConntrackCount[] = "/proc/sys/net/netfilter/nf_conntrack_count";
+inline constexpr char kConntrackMax[] = "/proc/sys/net/netfilter/nf_conntrack_max";
 } // namespace fixed
 
 inline constexpr size_t kPathSize = 512;
