@@ -22,7 +22,7 @@ void RowWriter::add(const char *name, int index, const char *suffix, int16_t cod
     int written =
         index >= 0 ? snprintf(row.name, sizeof row.name, "%s%s[%d]%s", prefix_, name, index, suffix)
                    : snprintf(row.name, sizeof row.name, "%s%s%s", prefix_, name, suffix);
-    (void)written;
+    if (written < 0) row.name[0] = '\0';
     row.address = address;
     row.type = code;
     row.size = static_cast<uint16_t>(size);

@@ -54,7 +54,7 @@ void add_member(RowWriter &w, const char *name, int index, int16_t code, T &memb
 } // namespace wm
 
 // The type codes of a member list as constants: codes::member_name.
-#define WM_CODE_OF(code, type, name, dims) static constexpr int16_t name = code;
+#define WM_CODE_OF(code, type, name, dims) [[maybe_unused]] static constexpr int16_t name = code;
 #define WM_CODES(tag, ...)                                                                         \
     struct tag {                                                                                   \
         __VA_ARGS__                                                                                \

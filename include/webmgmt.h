@@ -1772,6 +1772,27 @@ WEBMGMT_API int save_qos_config_element(qos_config *list, int op, const form_pai
 /* Configuration views                                                                   */
 /* ===================================================================================== */
 
+/* Views print one configuration section as a JSON document on standard output. They only
+ * read the record the caller fetched from the configuration store, and report nothing. */
+
+/* System views. */
+WEBMGMT_API void printf_ProductInfo_json(const productinfo_config *config);
+WEBMGMT_API void printf_Misc_json(const misc_config *config);
+WEBMGMT_API void printf_Dmz_json(const misc_config *config);
+WEBMGMT_API void printf_DDNS_json(const misc_config *config);
+WEBMGMT_API void printf_NAT_json(const misc_config *config);
+/* The roaming settings of the wireless record. */
+WEBMGMT_API void printf_kvr_json(const wifi_config *config);
+
+/* Rule-list views: every slot of the table is printed, whatever the count. */
+WEBMGMT_API void printf_VsIpport_json(const vsipport_config *config);
+WEBMGMT_API void printf_FwIpport_json(const fwipport_config *config);
+WEBMGMT_API void printf_IpGroup_json(const ipport_config *config);
+WEBMGMT_API void printf_TimeGroup_json(const timegroup_config *config);
+WEBMGMT_API void printf_FwMac_json(const fwmac_config *config);
+WEBMGMT_API void printf_FwUrl_json(const fwurl_config *config);
+WEBMGMT_API void printf_Qos_json(const qos_config *config);
+
 /* ===================================================================================== */
 /* Session tokens, login lock-out and password hashing                                   */
 /* ===================================================================================== */
