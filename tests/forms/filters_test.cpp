@@ -1,0 +1,405 @@
+// The duplicate filters on lists built in memory: names per list kind, the content of each
+// list, schedules from time groups, and the lock file.
+#include <arpa/inet.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <memory>
+#include <string>
+
+#include "support/harness.h"
+#include "webmgmt.h"
+
+using wmtest::TempRoot;
+
+namespace {
+
+template <typename T> std::unique_ptr<T> zeroed() {
+    auto p = std::make_unique<T>();
+    std::memset(p.get(), 0, sizeof(T));
+    return p;
+}
+
+template <size_t N> void set_text(char (&dst)[N], const std::string &s) {
+    std::memset(dst, 0, N);
+    std::memcpy(dst, s.data(), s.size() < N ? s.size() : N);
+}
+
+uint32_t ip(const char *dotted) {
+    return inet_addr(dotted);
+}
+
+// A record of each list kind with slot 1 (index) bearing `name` under id 5.
+struct Lists {
+    std::unique_ptr<timegroup_config> timegroup = zeroed<timegroup_config>();
+    std::unique_ptr<ipport_config> ipgroup = zeroed<ipport_config>();
+    std::unique_ptr<qos_config> qos = zeroed<qos_config>();
+    std::unique_ptr<fwurl_config> fwurl = zeroed<fwurl_config>();
+    std::unique_ptr<fwmac_config> fwmac = zeroed<fwmac_config>();
+    std::unique_ptr<fwipport_config> fwipport = zeroed<fwipport_config>();
+    std::unique_ptr<vsipport_config> vsipport = zeroed<vsipport_config>();
+    std::unique_ptr<wifi_acllist> acl = zeroed<wifi_acllist>();
+
+    template <typename Slot> static void name_slot(Slot &s, int id, const std::string &name) {
+        s.id = id;
+        set_text(s.name, name);
+    }
+    void name_everywhere(size_t slot, int id, const std::string &name) {
+        name_slot(timegroup->usertimegroup.element[slot], id, name);
+        name_slot(ipgroup->useripgroup.element[slot], id, name);
+        name_slot(qos->qos.element[slot], id, name);
+        name_slot(fwurl->fwurl.element[slot], id, name);
+        name_slot(fwmac->fwmac.element[slot], id, name);
+        name_slot(fwipport->fwipport.element[slot], id, name);
+        name_slot(vsipport->vsipport.element[slot], id, name);
+        name_slot(acl->element[slot], id, name);
+    }
+    void lock_all(const std::string &path) {
+        for (char *lock :
+             {timegroup->lock_file, ipgroup->lock_file, qos->lock_file, fwurl->lock_file,
+              fwmac->lock_file, fwipport->lock_file, vsipport->lock_file})
+            std::strcpy(lock, path.c_str());
+    }
+    const void *of_kind(int kind) const {
+        switch (kind) {
+        case 1:
+            return timegroup.get();
+        case 2:
+            return ipgroup.get();
+        case 3:
+            return qos.get();
+        case 4:
+            return fwurl.get();
+        case 5:
+            return fwmac.get();
+        case 6:
+            return fwipport.get();
+        case 7:
+            return vsipport.get();
+        default:
+            return acl.get();
+        }
+    }
+};
+
+// Kinds 1, 2, 4 to 8 compare names; QoS (3) never finds a duplicate.
+TEST(FilterateName, NamesPerKind) {
+    TempRoot root;
+    Lists l;
+    l.lock_all(root.path("/var/list.lock"));
+    l.name_everywhere(1, 5, "office");
+    l.name_everywhere(3, 0, "empty slot"); // id 0: an unused slot never collides
+    l.name_everywhere(WEBMGMT_GROUP_COUNT - 1, 9, "last group slot");
+    struct Case {
+        const char *name;
+        int id;
+        int expect;
+    } cases[] = {
+        {"office", 0, -1}, // adding a second "office"
+        {"office", 7, -1}, // renaming element 7 to "office"
+        {"office", 5, 0},  // modifying "office" under its own id
+        {"Office", 0, 0},  // names compare exactly
+        {"office ", 0, 0}, {"", 0, 0}, {"empty slot", 0, 0}, {"last group slot", 0, -1},
+    };
+    for (int kind = 1; kind <= 8; ++kind) {
+        for (const Case &c : cases) {
+            SCOPED_TRACE("kind " + std::to_string(kind) + " name '" + c.name + "' id " +
+                         std::to_string(c.id));
+            EXPECT_EQ(filterate_name(l.of_kind(kind), c.name, c.id, kind),
+                      kind == 3 ? 0 : c.expect);
+        }
+    }
+}
+
+// The rule lists have 32 slots, the groups 16: a name past slot 16 counts only in the first.
+TEST(FilterateName, ScansTheKindsSlotCount) {
+    TempRoot root;
+    Lists l;
+    l.lock_all(root.path("/var/list.lock"));
+    Lists::name_slot(l.fwurl->fwurl.element[31], 40, "far");
+    Lists::name_slot(l.vsipport->vsipport.element[31], 40, "far");
+    EXPECT_EQ(filterate_name(l.fwurl.get(), "far", 0, 4), -1);
+    EXPECT_EQ(filterate_name(l.vsipport.get(), "far", 0, 7), -1);
+    EXPECT_EQ(filterate_name(l.qos.get(), "far", 0, 3), 0);
+}
+
+// A lock file that cannot be opened, and an unknown kind (whose path stays empty), print the
+// message and count as a duplicate. The access-list kind opens nothing.
+TEST(FilterateName, LockFailuresAreDuplicates) {
+    TempRoot root;
+    Lists l;
+    std::string missing = root.path("/no/such/dir/list.lock");
+    l.lock_all(missing);
+    auto r = wmtest::run_in_child(
+        [&] { return filterate_name(l.fwurl.get(), "free", 0, 4) == -1 ? 0 : 1; });
+    EXPECT_EQ(r.exit_code(), 0);
+    EXPECT_EQ(r.out, "Cannot Lock file " + missing);
+
+    for (int kind : {0, 9, -1}) {
+        auto u = wmtest::run_in_child(
+            [&] { return filterate_name(l.fwurl.get(), "free", 0, kind) == -1 ? 0 : 1; });
+        EXPECT_EQ(u.exit_code(), 0) << kind;
+        EXPECT_EQ(u.out, "Cannot Lock file ") << kind;
+    }
+    auto acl = wmtest::run_in_child([&] { return filterate_name(l.acl.get(), "free", 0, 8); });
+    EXPECT_EQ(acl.exit_code(), 0);
+    EXPECT_EQ(acl.out, "");
+    EXPECT_FALSE(wmtest::file_exists(missing));
+}
+
+// A lock-file member filled to its last byte is read no further than the member.
+TEST(FilterateName, FullWidthLockPathIsBounded) {
+    TempRoot root;
+    Lists l;
+    std::string dir = root.path("/no/such/");
+    ASSERT_LT(dir.size(), 100u);
+    std::memset(l.qos->lock_file, 'x', sizeof l.qos->lock_file);
+    std::memcpy(l.qos->lock_file, dir.data(), dir.size());
+    auto r = wmtest::run_in_child([&] { return filterate_name(l.qos.get(), "a", 0, 3) + 10; });
+    EXPECT_EQ(r.exit_code(), 9);
+    EXPECT_EQ(r.out, "Cannot Lock file " + dir + std::string(127 - dir.size(), 'x'));
+}
+
+TEST(FilterateName, CreatesTheLockFile) {
+    TempRoot root;
+    Lists l;
+    std::string path = root.path("/var/made.lock");
+    l.lock_all(path);
+    EXPECT_EQ(filterate_name(l.ipgroup.get(), "x", 0, 2), 0);
+    EXPECT_TRUE(wmtest::file_exists(path));
+}
+
+TEST(FilterateHelpers, ProtocolAndRange) {
+    EXPECT_EQ(filterate_prot(6, 80, 6, 80), 1);
+    EXPECT_EQ(filterate_prot(6, 80, 17, 80), 0);
+    EXPECT_EQ(filterate_prot(6, 80, 6, 81), 0);
+    EXPECT_EQ(filterate_ip("1.1.1.1", "1.1.1.9", "1.1.1.1", "1.1.1.9"), 1);
+    EXPECT_EQ(filterate_ip("1.1.1.1", "1.1.1.9", "1.1.1.1", "1.1.1.8"), 0);
+    EXPECT_EQ(filterate_ip("1.1.1.1", "1.1.1.9", "1.1.1.01", "1.1.1.9"), 0); // texts, not numbers
+    EXPECT_EQ(filterate_ip(nullptr, "a", "a", "a"), 0);
+}
+
+// Port forwarding: same inner address, external and internal ranges; the protocol is not
+// compared; the item's own id and empty slots are skipped.
+TEST(ContentFilters, PortForwarding) {
+    auto list = zeroed<vsipport_config>();
+    vsipport_rule &s = list->vsipport.element[2];
+    s.id = 4;
+    s.devip.v4 = ip("192.168.1.20");
+    s.protocol = 1;
+    s.devexternfromport = 8080;
+    s.devexterntoport = 8081;
+    s.devinnerfromport = 80;
+    s.devinnertoport = 81;
+    vsipport_item item{};
+    std::strcpy(item.innerip, "192.168.1.20");
+    item.extern_port_from = 8080;
+    item.extern_port_to = 8081;
+    item.inner_port_from = 80;
+    item.inner_port_to = 81;
+    item.protocol = 2;
+    EXPECT_EQ(filterate_vsipport_data(list.get(), &item), -1);
+    item.id = 4;
+    EXPECT_EQ(filterate_vsipport_data(list.get(), &item), 0);
+    item.id = 0;
+    for (int32_t *field : {&item.extern_port_from, &item.extern_port_to, &item.inner_port_from,
+                           &item.inner_port_to}) {
+        ++*field;
+        EXPECT_EQ(filterate_vsipport_data(list.get(), &item), 0);
+        --*field;
+    }
+    std::strcpy(item.innerip, "192.168.1.21");
+    EXPECT_EQ(filterate_vsipport_data(list.get(), &item), 0);
+    // An all-zero item never matches the empty slots.
+    vsipport_item zero{};
+    std::strcpy(zero.innerip, "0.0.0.0");
+    EXPECT_EQ(filterate_vsipport_data(list.get(), &zero), 0);
+}
+
+TEST(ContentFilters, IpAndTimeGroups) {
+    auto groups = zeroed<ipport_config>();
+    ipgroup_entry &g = groups->useripgroup.element[15];
+    g.id = 3;
+    g.startip.v4 = ip("10.0.0.1");
+    g.endip.v4 = ip("10.0.0.50");
+    ipgroup_item gi{};
+    std::strcpy(gi.start_ip, "10.0.0.1");
+    std::strcpy(gi.end_ip, "10.0.0.50");
+    EXPECT_EQ(filterate_ipgroup_data(groups.get(), &gi), -1);
+    std::strcpy(gi.end_ip, "10.0.0.51");
+    EXPECT_EQ(filterate_ipgroup_data(groups.get(), &gi), 0);
+
+    auto times = zeroed<timegroup_config>();
+    timegroup_entry &t = times->usertimegroup.element[0];
+    t.id = 2;
+    t.weekday1 = t.weekday3 = 1;
+    set_text(t.start_time, "08:00");
+    set_text(t.end_time, "17:30");
+    timegroup_item ti{};
+    ti.weekday[0] = ti.weekday[2] = 1;
+    std::strcpy(ti.start_time, "08:00");
+    std::strcpy(ti.end_time, "17:30");
+    EXPECT_EQ(filterate_timegroup_data(times.get(), &ti), -1);
+    ti.id = 2;
+    EXPECT_EQ(filterate_timegroup_data(times.get(), &ti), 0);
+    ti.id = 0;
+    ti.weekday[6] = 1;
+    EXPECT_EQ(filterate_timegroup_data(times.get(), &ti), 0);
+    ti.weekday[6] = 0;
+    std::strcpy(ti.end_time, "17:31");
+    EXPECT_EQ(filterate_timegroup_data(times.get(), &ti), 0);
+}
+
+// The schedule of a rule comes from its time group (the last group with the id wins) or
+// from its own flags and times; two "always" rules have equal schedules at once.
+TEST(Schedules, FromGroupsAndOwnFields) {
+    auto times = zeroed<timegroup_config>();
+    times->usertimegroup.count = 3;
+    timegroup_entry *e = times->usertimegroup.element;
+    e[0].id = 7;
+    set_text(e[0].start_time, "01:00");
+    e[1].id = 7;
+    e[1].weekday2 = 1;
+    set_text(e[1].start_time, "02:00");
+    set_text(e[1].end_time, "0123456789"); // full width, no terminator
+    e[3].id = 8;                           // beyond the count: not scanned
+    rule_config_set config{};
+    config.timegroup = times.get();
+
+    schedule_block b{};
+    EXPECT_EQ(get_time_from_timegroup(&b, 7, &config), 0);
+    schedule_block expect{};
+    expect.weekday[1] = 1;
+    std::strcpy(expect.start_time, "02:00");
+    std::memcpy(expect.end_time, "0123456789", 10);
+    EXPECT_EQ(std::memcmp(&b, &expect, sizeof b), 0);
+
+    schedule_block untouched;
+    std::memset(&untouched, 0x3C, sizeof untouched);
+    schedule_block c = untouched;
+    get_time_from_timegroup(&c, 8, &config);
+    EXPECT_EQ(std::memcmp(&c, &untouched, sizeof c), 0);
+    times->usertimegroup.count = 0;
+    get_time_from_timegroup(&c, 7, &config);
+    EXPECT_EQ(std::memcmp(&c, &untouched, sizeof c), 0);
+    times->usertimegroup.count = 1000; // a bad count is bounded by the 16 slots
+    get_time_from_timegroup(&c, 7, &config);
+    EXPECT_EQ(std::memcmp(&c, &expect, sizeof c), 0);
+    EXPECT_EQ(get_time_from_timegroup(&c, 7, nullptr), 0);
+
+    schedule_block own{};
+    const uint8_t days[7] = {1, 0, 1, 0, 1, 0, 1};
+    copy_time_from_config(&own, days, "06:00", "07:00");
+    EXPECT_EQ(own.weekday[0], 1);
+    EXPECT_EQ(own.weekday[1], 0);
+    EXPECT_EQ(own.weekday[6], 1);
+    EXPECT_STREQ(own.start_time, "06:00");
+    EXPECT_STREQ(own.end_time, "07:00");
+}
+
+struct FilterFixture {
+    std::unique_ptr<timegroup_config> times = zeroed<timegroup_config>();
+    rule_config_set config{};
+    FilterFixture() {
+        times->usertimegroup.count = 1;
+        timegroup_entry &g = times->usertimegroup.element[0];
+        g.id = 4;
+        g.weekday6 = g.weekday7 = 1;
+        set_text(g.start_time, "10:00");
+        set_text(g.end_time, "12:00");
+        config.timegroup = times.get();
+    }
+};
+
+// IP/port filter: schedule, protocol with its port range, and address range must all match.
+// Unlike the other filters, a slot with id 0 is compared; negative ids are skipped.
+TEST(ContentFilters, IpPortFilterWithSchedules) {
+    FilterFixture f;
+    auto list = zeroed<fwipport_config>();
+    fwipport_rule &s = list->fwipport.element[5];
+    s.id = 11;
+    s.protocol = 6;
+    s.devfromport = 20;
+    s.devtoport = 21;
+    s.devstartip.v4 = ip("192.168.0.10");
+    s.devendip.v4 = ip("192.168.0.20");
+    s.timecontrol = 1;
+    s.timegroup_id = 4;
+
+    fwipport_item item{};
+    item.protocol = 6;
+    item.startport = 20;
+    item.endport = 21;
+    std::strcpy(item.startip, "192.168.0.10");
+    std::strcpy(item.endip, "192.168.0.20");
+    // Own schedule equal to group 4's: a duplicate.
+    item.timecontrol = 2;
+    item.weekday[5] = item.weekday[6] = 1;
+    std::strcpy(item.start_time, "10:00");
+    std::strcpy(item.end_time, "12:00");
+    EXPECT_EQ(filterate_fwipport_data(list.get(), &item, &f.config), -1);
+    // The group itself: a duplicate.
+    fwipport_item by_group = item;
+    by_group.timecontrol = 1;
+    by_group.timegroup_id = 4;
+    EXPECT_EQ(filterate_fwipport_data(list.get(), &by_group, &f.config), -1);
+    // "Always" against a scheduled rule: the item's own (empty) schedule is compared.
+    fwipport_item always = item;
+    always.timecontrol = 0;
+    std::memset(always.weekday, 0, sizeof always.weekday);
+    EXPECT_EQ(filterate_fwipport_data(list.get(), &always, &f.config), 0);
+    // ... so an "always" item that still carries the same own schedule is a duplicate.
+    always = item;
+    always.timecontrol = 0;
+    EXPECT_EQ(filterate_fwipport_data(list.get(), &always, &f.config), -1);
+    // Each compared field.
+    fwipport_item other = item;
+    other.endport = 22;
+    EXPECT_EQ(filterate_fwipport_data(list.get(), &other, &f.config), 0);
+    other = item;
+    other.protocol = 17;
+    EXPECT_EQ(filterate_fwipport_data(list.get(), &other, &f.config), 0);
+    other = item;
+    std::strcpy(other.endip, "192.168.0.21");
+    EXPECT_EQ(filterate_fwipport_data(list.get(), &other, &f.config), 0);
+    // The element's own slot is skipped, a negative id too.
+    other = item;
+    other.id = 11;
+    EXPECT_EQ(filterate_fwipport_data(list.get(), &other, &f.config), 0);
+    s.id = -1;
+    EXPECT_EQ(filterate_fwipport_data(list.get(), &item, &f.config), 0);
+    // An empty slot (id 0, always, all zero) matches an all-zero "always" item: deliberate.
+    fwipport_item zero{};
+    std::strcpy(zero.startip, "0.0.0.0");
+    std::strcpy(zero.endip, "0.0.0.0");
+    zero.id = 3;
+    EXPECT_EQ(filterate_fwipport_data(list.get(), &zero, &f.config), -1);
+}
+
+TEST(ContentFilters, MacFilterWithSchedules) {
+    FilterFixture f;
+    auto list = zeroed<fwmac_config>();
+    for (auto &slot : list->fwmac.element)
+        slot.id = -1; // no slot compared unless set below
+    fwmac_rule &s = list->fwmac.element[31];
+    s.id = 2;
+    set_text(s.devmac, "00:11:22:33:44:55");
+    fwmac_item item{};
+    std::strcpy(item.devmac, "00:11:22:33:44:55");
+    EXPECT_EQ(filterate_fwmac_data(list.get(), &item, &f.config), -1);
+    std::strcpy(item.devmac, "00:11:22:33:44:56");
+    EXPECT_EQ(filterate_fwmac_data(list.get(), &item, &f.config), 0);
+    std::strcpy(item.devmac, "00:11:22:33:44:55");
+    item.timecontrol = 1;
+    item.timegroup_id = 4;
+    EXPECT_EQ(filterate_fwmac_data(list.get(), &item, &f.config), 0);
+    s.timecontrol = 2;
+    s.weekday6 = s.weekday7 = 1;
+    set_text(s.start_time, "10:00");
+    set_text(s.end_time, "12:00");
+    EXPECT_EQ(filterate_fwmac_data(list.get(), &item, &f.config), -1);
+    // Without the config set the group's schedule is empty: no longer the same.
+    EXPECT_EQ(filterate_fwmac_data(list.get(), &item, nullptr), 0);
+}
+
+} // namespace
