@@ -79,8 +79,8 @@ extern "C" {
 
 // The C library's assertion report, declared here because <cassert> hides it in release
 // builds; the message must stay the device's own.
-[[noreturn]] void __assert_fail(const char *expr, const char *file, unsigned line,
-                                const char *function) noexcept;
+void __assert_fail(const char *expr, const char *file, unsigned line, const char *function) noexcept
+    __attribute__((noreturn));
 
 char *my_getug(char *buffer, const char *name, long id, int bufsize, char prefix) {
     if (bufsize > 0) {
