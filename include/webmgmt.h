@@ -1842,6 +1842,10 @@ WEBMGMT_API void login_add(const char *path);
 WEBMGMT_API int32_t get_curr_time(void);
 /* The first line tq_versign prints for "sha256 <text>", at most size - 1 characters. */
 WEBMGMT_API int to_sha256(const char *text, char *out, int size);
+/* Replaces the administrator password (sys_user.rootpwd) by its 64-digit SHA-256 text and
+ * saves the record to flash; nothing changes when the tool gives no digest. The digest
+ * fills the member, so it holds no terminator afterwards. */
+WEBMGMT_API void passwd_to_sha256(misc_config *record);
 /* Writes six random characters and a terminator into `field` (at least 7 bytes), never the
  * six characters it held before. */
 WEBMGMT_API void create_passwd_random(char *field);

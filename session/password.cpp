@@ -8,6 +8,7 @@
 #include "sys/support/exec.h"
 #include "sys/support/raii.h"
 #include "sys/support/text.h"
+#include "config_data_api.h"
 #include "webmgmt.h"
 
 namespace {
@@ -61,6 +62,20 @@ int to_sha256(const char *text, char *out, int size) {
     // Nothing read leaves the caller's buffer as it was.
     if (line.get()[0] != '\0') std::memcpy(out, line.get(), std::strlen(line.get()) + 1);
     return 0;
+}
+
+void passwd_to_sha256(misc_config *record) {
+    if (!record) return;
+    char digest[65] = {};
+    char *password = record->sys_user.rootpwd;
+    char clear[sizeof record->sys_user.rootpwd + 1];
+    wm::copy_bounded(clear, wm::member_text(password, sizeof record->sys_user.rootpwd));
+    to_sha256(clear, digest, sizeof digest);
+    // No digest (the tool is missing or printed nothing): the password stays as it was.
+    if (!digest[0] && !digest[1] && !digest[2] && !digest[3]) return;
+    static_assert(sizeof record->sys_user.rootpwd >= 64, "the digest fills the password");
+    std::memcpy(password, digest, 64);
+    SC_Save_System_Misc_Config2Flash(record);
 }
 
 void create_passwd_random(char *field) {

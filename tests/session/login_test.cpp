@@ -8,7 +8,9 @@
 #include <vector>
 
 #include "support/harness.h"
+#include "store/config_data_api.h"
 #include "webmgmt.h"
+#include <sys/stat.h>
 
 namespace {
 
@@ -176,3 +178,40 @@ TEST(CreatePasswdRandom, AlphabetLengthAndNeverTheOldValue) {
 }
 
 } // namespace
+
+// The administrator password is replaced by its digest and the record reaches flash; a
+// missing tool changes nothing and saves nothing.
+TEST(PasswordHash, AdministratorPasswordToFlash) {
+    wmtest::TempRoot root;
+    std::string defaults = root.path("/defaults");
+    mkdir(defaults.c_str(), 0755);
+    setenv("WEBMGMT_DEFAULTS_DIR", defaults.c_str(), 1);
+    std::string flash = root.path("/etc/config_flash/misc.bin");
+    std::string digest = reference_sha256({"s3cret pass"})[0];
+
+    auto hash_in_child = [](const char *path_env) {
+        return wmtest::run_in_child([&] {
+            if (path_env) setenv("PATH", path_env, 1);
+            misc_config *misc = SC_Get_Misc_System_Config();
+            std::memset(misc->sys_user.rootpwd, 0, sizeof misc->sys_user.rootpwd);
+            std::strcpy(misc->sys_user.rootpwd, "s3cret pass");
+            passwd_to_sha256(misc);
+            std::fwrite(misc->sys_user.rootpwd, 1, sizeof misc->sys_user.rootpwd, stdout);
+            return 0;
+        });
+    };
+    auto missing = hash_in_child("/nonexistent");
+    EXPECT_EQ(missing.out.substr(0, 12), std::string("s3cret pass\0", 12));
+    EXPECT_FALSE(wmtest::file_exists(flash));
+
+    auto hashed = hash_in_child(nullptr);
+    EXPECT_EQ(hashed.out, digest);
+    ASSERT_TRUE(wmtest::file_exists(flash));
+    auto stored = wmtest::run_in_child([] {
+        misc_config *misc = SC_Get_Misc_System_Config();
+        std::fwrite(misc->sys_user.rootpwd, 1, sizeof misc->sys_user.rootpwd, stdout);
+        return 0;
+    });
+    EXPECT_EQ(stored.out, digest);
+    unsetenv("WEBMGMT_DEFAULTS_DIR");
+}
