@@ -19,4 +19,14 @@ for n in $needed; do
     *) echo "unexpected run-time dependency: $n"; fail=1 ;;
   esac
 done
+# No global constructors: nothing of ours in .init_array beyond the C runtime's one entry.
+if nm "$lib" 2>/dev/null | grep -q '_GLOBAL__sub_I'; then
+  echo "global constructors:"; nm "$lib" | grep '_GLOBAL__sub_I'; fail=1
+fi
+init_hex=$(readelf -S -W "$lib" | awk '$2 == ".init_array" {print $6}')
+init=$([ -n "$init_hex" ] && echo $((16#$init_hex)))
+ptr=$(readelf -h "$lib" | grep -q ELF64 && echo 8 || echo 4)
+if [ -n "$init" ] && [ "$init" -gt "$ptr" ]; then
+  echo ".init_array holds $((init / ptr)) entries"; fail=1
+fi
 exit $fail
