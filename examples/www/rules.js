@@ -124,14 +124,15 @@ async function load() {
   renderTable(await WM.view(listName));
 }
 
-// Sends one change, shows the library's answer and reloads the table.
+// Sends one change, reloads the table, then shows the library's answer (so that the
+// message never stands beside a table that does not show the change yet).
 async function change(fields, done) {
   try {
     const answer = await WM.post('form.cgi', { list: listName, ...fields });
     const [text, ok] = resultText(answer.result, done);
-    WM.show(text, ok);
     if (ok && (fields.action === 'add' || fields.action === 'modify')) startEditing(null);
     await load();
+    WM.show(text, ok);
   } catch (e) {
     WM.show(e.message, false);
   }
