@@ -62,6 +62,13 @@ function startEditing(rule) {
   for (const field of list.fields) {
     const input = document.getElementById('f-' + field.name);
     const value = rule ? rule[field.key] : undefined;
+    // A value the list's view does not show (the MAC filter's address) must be entered
+    // again on a modify: the form stores what it is sent.
+    const unseen = Boolean(rule) && !(field.key in rule);
+    if (!field.type && !field.options) {
+      input.required = Boolean(field.required) || unseen;
+      input.placeholder = unseen ? 'not shown by the device: enter it again' : field.placeholder || '';
+    }
     if (field.type === 'checkbox') input.checked = value === '1';
     else if (field.options) input.value = value !== undefined ? value : field.options[0][0];
     else input.value = value !== undefined && !(field.number && value === '0' && !rule) ? value : '';

@@ -20,7 +20,7 @@ check() { # description, command...
 [ -x /usr/sbin/lighttpd ] || skip "lighttpd is not installed (apt-get install lighttpd)"
 command -v curl >/dev/null || skip "curl is not installed"
 command -v python3 >/dev/null || skip "python3 is not installed"
-[ -x "$BUILD/examples/cgi-bin/login.cgi" ] || skip "the CGI programs are not built"
+[ -x "$BUILD/examples/cgi-bin/login.cgi" ] || { echo "FAIL: no CGI programs in $BUILD"; exit 1; }
 
 DEMO_ROOT=$(mktemp -d "${TMPDIR:-/tmp}/webmgmt-demo-XXXXXX")
 DEMO_PID=
