@@ -91,55 +91,32 @@ int cgi_cookie(const char *name, char *out, size_t size) {
 }
 
 int cgi_query_value(const char *name, char *out, size_t size) {
-#ifdef WM_HAVE_get_content_from_querystring
-    char value[1024] = "";
-    if (!get_content_from_querystring || size == 0 ||
-        get_content_from_querystring(name, value) != 0 || strlen(value) >= size)
+    char value[1024] = ""; /* what get_content_from_querystring may write */
+    if (size == 0 || get_content_from_querystring(name, value) != 0 || strlen(value) >= size)
         return -1;
-    strcpy(out, value);
+    memcpy(out, value, strlen(value) + 1);
     return 0;
-#else
-    (void)name, (void)out, (void)size;
-    return -1;
-#endif
 }
 
 int cgi_require_session(int state_changing) {
-#ifdef WM_HAVE_check_token
-#define reply_not_logged_in() cgi_reply_error(401, "not logged in")
-    if (!check_token) {
-        cgi_reply_error(503, "sessions are not available in this build");
-        return -1;
-    }
     if (state_changing) {
         char from_query[64], from_cookie[64];
         if (cgi_query_value("stork", from_query, sizeof from_query) != 0 ||
             cgi_cookie("stork", from_cookie, sizeof from_cookie) != 0 ||
             strcmp(from_query, from_cookie) != 0) {
-            reply_not_logged_in();
+            cgi_reply_error(401, "not logged in");
             return -1;
         }
     }
     if (check_token() != 0) {
-        reply_not_logged_in();
+        cgi_reply_error(401, "not logged in");
         return -1;
     }
     return 0;
-#undef reply_not_logged_in
-#else
-    (void)state_changing;
-    cgi_reply_error(503, "sessions are not available in this build");
-    return -1;
-#endif
 }
 
 int cgi_read_form(form_pair *pairs, int capacity) {
-#ifdef WM_HAVE_process_queue_n
-    if (process_queue_n) return process_queue_n(pairs, capacity);
-#endif
-    (void)pairs, (void)capacity;
-    cgi_reply_error(503, "request decoding is not available in this build");
-    return -1;
+    return process_queue_n(pairs, capacity);
 }
 
 void cgi_free_form(form_pair *pairs, int count) {

@@ -7,18 +7,8 @@
 
 #include <stddef.h>
 
+#include "config_data_api.h"
 #include "webmgmt.h"
-#include "have.h"
-
-/* Inside an `#ifdef WM_HAVE_<call>` block: answers 503 and ends the program with status 1
- * when the library it runs with does not define `call` yet (the reference is weak). */
-#define WM_NEED(call)                                                                              \
-    do {                                                                                           \
-        if (!(call)) {                                                                             \
-            cgi_reply_error(503, #call " is not available in this build");                         \
-            return 1;                                                                              \
-        }                                                                                          \
-    } while (0)
 
 /* The most variables one request of the demo pages carries. */
 #define CGI_MAX_PAIRS 128
@@ -48,8 +38,7 @@ int cgi_cookie(const char *name, char *out, size_t size);
 /* Copies the query-string variable `name` into `out`; 0 when found, -1 otherwise. */
 int cgi_query_value(const char *name, char *out, size_t size);
 
-/* Decodes the request (body, then query string) into `pairs`; returns the count, or -1
- * after answering 503 when the library cannot decode requests yet. */
+/* Decodes the request (body, then query string) into `pairs`; returns the count. */
 int cgi_read_form(form_pair *pairs, int capacity);
 void cgi_free_form(form_pair *pairs, int count);
 /* The value of the first variable called `name`, or NULL. */

@@ -9,8 +9,6 @@
 
 int main(void) {
     if (cgi_require_post() != 0 || cgi_require_session(1) != 0) return 0;
-#ifdef WM_HAVE_clear_token
-    WM_NEED(clear_token);
     if (clear_token() != 0) {
         cgi_reply_error(500, "the sessions could not be ended");
         return 1;
@@ -18,8 +16,4 @@ int main(void) {
     cgi_begin_json(200, "Set-Cookie: stork=; HttpOnly; SameSite=Strict; Path=/; Max-Age=0\r\n");
     printf("{\"ok\":1}\n");
     return 0;
-#else
-    cgi_reply_error(503, "logout is not available in this build");
-    return 1;
-#endif
 }

@@ -10,86 +10,43 @@
 
 typedef int (*view_fn)(void);
 
-/* A getter answers null only when memory runs out. */
-static inline int reply_no_record(void) {
-    cgi_reply_error(500, "the configuration store could not load the section");
-    return 1;
-}
-
 /* view_<name>: fetches the section (this process's copy) from the configuration store and
- * prints the library's view of it. */
+ * prints the library's view of it. A getter answers null only when memory runs out. */
 #define DEFINE_VIEW(name, record_type, getter, printer)                                            \
     static int view_##name(void) {                                                                 \
-        WM_NEED(getter);                                                                           \
-        WM_NEED(printer);                                                                          \
         record_type *record = getter();                                                            \
-        if (!record) return reply_no_record();                                                     \
+        if (!record) {                                                                             \
+            cgi_reply_error(500, "the configuration store could not load the section");            \
+            return 1;                                                                              \
+        }                                                                                          \
         cgi_begin_json(200, NULL);                                                                 \
         printer(record);                                                                           \
         return 0;                                                                                  \
     }
 
-/* Each section joins the table once the store and the library declare its calls. */
-#if defined(WM_HAVE_SC_Get_ProductInfo_System_Config) && defined(WM_HAVE_printf_ProductInfo_json)
 DEFINE_VIEW(product, productinfo_config, SC_Get_ProductInfo_System_Config, printf_ProductInfo_json)
-#define VIEW_PRODUCT {"product", view_product},
-#else
-#define VIEW_PRODUCT
-#endif
-#if defined(WM_HAVE_SC_Get_Misc_System_Config) && defined(WM_HAVE_printf_Misc_json)
 DEFINE_VIEW(system, misc_config, SC_Get_Misc_System_Config, printf_Misc_json)
-#define VIEW_SYSTEM {"system", view_system},
-#else
-#define VIEW_SYSTEM
-#endif
-#if defined(WM_HAVE_SC_Get_VsIpport_System_Config) && defined(WM_HAVE_printf_VsIpport_json)
 DEFINE_VIEW(portforward, vsipport_config, SC_Get_VsIpport_System_Config, printf_VsIpport_json)
-#define VIEW_PORTFORWARD {"portforward", view_portforward},
-#else
-#define VIEW_PORTFORWARD
-#endif
-#if defined(WM_HAVE_SC_Get_FwIpport_System_Config) && defined(WM_HAVE_printf_FwIpport_json)
 DEFINE_VIEW(ipportfilter, fwipport_config, SC_Get_FwIpport_System_Config, printf_FwIpport_json)
-#define VIEW_IPPORTFILTER {"ipportfilter", view_ipportfilter},
-#else
-#define VIEW_IPPORTFILTER
-#endif
-#if defined(WM_HAVE_SC_Get_FwMac_System_Config) && defined(WM_HAVE_printf_FwMac_json)
 DEFINE_VIEW(macfilter, fwmac_config, SC_Get_FwMac_System_Config, printf_FwMac_json)
-#define VIEW_MACFILTER {"macfilter", view_macfilter},
-#else
-#define VIEW_MACFILTER
-#endif
-#if defined(WM_HAVE_SC_Get_FwUrl_System_Config) && defined(WM_HAVE_printf_FwUrl_json)
 DEFINE_VIEW(urlfilter, fwurl_config, SC_Get_FwUrl_System_Config, printf_FwUrl_json)
-#define VIEW_URLFILTER {"urlfilter", view_urlfilter},
-#else
-#define VIEW_URLFILTER
-#endif
-#if defined(WM_HAVE_SC_Get_Qos_System_Config) && defined(WM_HAVE_printf_Qos_json)
 DEFINE_VIEW(qos, qos_config, SC_Get_Qos_System_Config, printf_Qos_json)
-#define VIEW_QOS {"qos", view_qos},
-#else
-#define VIEW_QOS
-#endif
-#if defined(WM_HAVE_SC_Get_IpGroup_System_Config) && defined(WM_HAVE_printf_IpGroup_json)
 DEFINE_VIEW(ipgroup, ipport_config, SC_Get_IpGroup_System_Config, printf_IpGroup_json)
-#define VIEW_IPGROUP {"ipgroup", view_ipgroup},
-#else
-#define VIEW_IPGROUP
-#endif
-#if defined(WM_HAVE_SC_Get_TimeGroup_System_Config) && defined(WM_HAVE_printf_TimeGroup_json)
 DEFINE_VIEW(timegroup, timegroup_config, SC_Get_TimeGroup_System_Config, printf_TimeGroup_json)
-#define VIEW_TIMEGROUP {"timegroup", view_timegroup},
-#else
-#define VIEW_TIMEGROUP
-#endif
 
 static const struct {
     const char *name;
     view_fn print;
-} kViews[] = {VIEW_PRODUCT VIEW_SYSTEM VIEW_PORTFORWARD VIEW_IPPORTFILTER VIEW_MACFILTER
-                  VIEW_URLFILTER VIEW_QOS VIEW_IPGROUP VIEW_TIMEGROUP{NULL, NULL}};
+} kViews[] = {{"product", view_product},
+              {"system", view_system},
+              {"portforward", view_portforward},
+              {"ipportfilter", view_ipportfilter},
+              {"macfilter", view_macfilter},
+              {"urlfilter", view_urlfilter},
+              {"qos", view_qos},
+              {"ipgroup", view_ipgroup},
+              {"timegroup", view_timegroup},
+              {NULL, NULL}};
 
 int main(void) {
     /* The session check reads the query string, which decoding would remove. */
@@ -101,6 +58,6 @@ int main(void) {
     }
     for (size_t i = 0; kViews[i].name; ++i)
         if (strcmp(kViews[i].name, name) == 0) return kViews[i].print();
-    cgi_reply_error(404, "no such section in this build");
+    cgi_reply_error(404, "no such section");
     return 0;
 }

@@ -106,7 +106,7 @@ const LISTS = {
 // The library's answers as sentences: 10 is the forms' own code for a duplicate, the
 // others are the configuration store's list codes (CONFIG_ERR_* of its header).
 const RESULT_TEXT = {
-  10: 'A rule with this name already exists',
+  10: 'A rule with this name or the same settings already exists',
   3: 'The list is full',
   4: 'This rule no longer exists',
   [-1]: 'The settings could not be written',

@@ -62,6 +62,13 @@ function startEditing(rule) {
   for (const field of list.fields) {
     const input = document.getElementById('f-' + field.name);
     const value = rule ? rule[field.key] : undefined;
+    // A value the list's view does not show (the MAC filter's address) must be entered
+    // again on a modify: the form stores what it is sent.
+    const unseen = Boolean(rule) && !(field.key in rule);
+    if (!field.type && !field.options) {
+      input.required = Boolean(field.required) || unseen;
+      input.placeholder = unseen ? 'not shown by the device: enter it again' : field.placeholder || '';
+    }
     if (field.type === 'checkbox') input.checked = value === '1';
     else if (field.options) input.value = value !== undefined ? value : field.options[0][0];
     else input.value = value !== undefined && !(field.number && value === '0' && !rule) ? value : '';
@@ -124,14 +131,15 @@ async function load() {
   renderTable(await WM.view(listName));
 }
 
-// Sends one change, shows the library's answer and reloads the table.
+// Sends one change, reloads the table, then shows the library's answer (so that the
+// message never stands beside a table that does not show the change yet).
 async function change(fields, done) {
   try {
     const answer = await WM.post('form.cgi', { list: listName, ...fields });
     const [text, ok] = resultText(answer.result, done);
-    WM.show(text, ok);
     if (ok && (fields.action === 'add' || fields.action === 'modify')) startEditing(null);
     await load();
+    WM.show(text, ok);
   } catch (e) {
     WM.show(e.message, false);
   }

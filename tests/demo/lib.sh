@@ -4,6 +4,7 @@ set -uo pipefail
 
 SRC=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 BUILD=${1:?usage: $0 BUILD_DIR}
+BUILD=$(cd "$BUILD" && pwd) || exit 1
 SKIP=77
 FAILURES=0
 
@@ -19,37 +20,45 @@ check() { # description, command...
 [ -x /usr/sbin/lighttpd ] || skip "lighttpd is not installed (apt-get install lighttpd)"
 command -v curl >/dev/null || skip "curl is not installed"
 command -v python3 >/dev/null || skip "python3 is not installed"
-[ -x "$BUILD/examples/cgi-bin/login.cgi" ] || skip "the CGI programs are not built"
+[ -x "$BUILD/examples/cgi-bin/login.cgi" ] || { echo "FAIL: no CGI programs in $BUILD"; exit 1; }
 
-DEMO_ROOT=$(mktemp -d /tmp/webmgmt-demo-XXXXXX)
+DEMO_ROOT=$(mktemp -d "${TMPDIR:-/tmp}/webmgmt-demo-XXXXXX")
 DEMO_PID=
 DEMO_LOG=$DEMO_ROOT.log
 cleanup() {
   stop_demo
-  rm -rf "$DEMO_ROOT" "$DEMO_LOG"
+  rm -rf "$DEMO_ROOT" "$DEMO_ROOT".*
 }
 trap cleanup EXIT
+trap 'exit 1' INT TERM
 
 free_port() {
   python3 -c 'import socket; s=socket.socket(); s.bind(("127.0.0.1",0)); print(s.getsockname()[1])'
 }
 
-# Starts tools/demo on the built tree; sets BASE, ADMIN_USER and ADMIN_PASS.
+# Starts tools/demo on the built tree in DEMO_ROOT; sets BASE, ADMIN_USER and ADMIN_PASS.
+# The script prints its address line last, once lighttpd answers. A port taken between
+# free_port and lighttpd's bind makes it end at once: then it is tried on another port.
 start_demo() {
-  PORT=$(free_port)
-  BASE=http://127.0.0.1:$PORT
-  "$SRC/tools/demo" --no-build --build-dir "$BUILD" --root "$DEMO_ROOT" --port "$PORT" \
-    >"$DEMO_LOG" 2>&1 &
-  DEMO_PID=$!
-  local line=
-  for _ in $(seq 300); do
-    line=$(grep -m1 '^webmgmt demo console:' "$DEMO_LOG" || true)
-    [ -n "$line" ] && break
-    kill -0 "$DEMO_PID" 2>/dev/null || break
-    sleep 0.1
+  local attempt line=
+  for attempt in 1 2 3; do
+    PORT=$(free_port)
+    BASE=http://127.0.0.1:$PORT
+    : >"$DEMO_LOG"
+    "$SRC/tools/demo" --no-build --build-dir "$BUILD" --root "$DEMO_ROOT" --port "$PORT" \
+      >"$DEMO_LOG" 2>&1 &
+    DEMO_PID=$!
+    while kill -0 "$DEMO_PID" 2>/dev/null; do
+      line=$(grep -m1 '^webmgmt demo console:' "$DEMO_LOG")
+      [ -n "$line" ] && break 2
+      sleep 0.05
+    done
+    wait "$DEMO_PID" 2>/dev/null
+    DEMO_PID=
+    grep -q 'did not start' "$DEMO_LOG" || break
   done
   if [ -z "$line" ]; then
-    cat "$DEMO_LOG"
+    sed 's/^/demo log: /' "$DEMO_LOG"
     echo "FAIL: the demo console did not start"
     exit 1
   fi
@@ -59,12 +68,22 @@ start_demo() {
   ADMIN_PASS=${account#* / }
 }
 
-# Stops it as Ctrl-C would; the script ends lighttpd and exits.
+# Stops it as Ctrl-C does (the script's trap ends lighttpd and exits; a background job of
+# a script ignores SIGINT, so TERM stands for it). Should lighttpd outlive the script, it is
+# ended by its pid file, once its command line shows it is this demo's server.
 stop_demo() {
   [ -n "$DEMO_PID" ] || return 0
   kill -TERM "$DEMO_PID" 2>/dev/null
   wait "$DEMO_PID" 2>/dev/null
   DEMO_PID=
+  local pid
+  pid=$(cat "$DEMO_ROOT/tmp/lighttpd.pid" 2>/dev/null) || return 0
+  if tr '\0' ' ' <"/proc/$pid/cmdline" 2>/dev/null | grep -qF "$DEMO_ROOT/tmp/lighttpd.conf"; then
+    echo "FAIL: lighttpd $pid outlived the demo script"
+    FAILURES=$((FAILURES + 1))
+    kill "$pid"
+  fi
+  return 0
 }
 
 # An answer's status code and body: http METHOD PATH [curl args...] -> $STATUS, $BODY
