@@ -12,7 +12,7 @@
 
 #include <atomic>
 #include <cstdio>
-#include <cstdlib>
+#include <pthread.h>
 #include <set>
 #include <sstream>
 #include <string>
@@ -35,16 +35,15 @@ constexpr int kChecksAfterLogin = 24;
 constexpr int kClears = 12;
 constexpr int kClearer = kChildren; // index of the process that runs clear_token
 
-struct ChildTally {
-    int operations;
-    int unexpected; // checks whose result contradicts the known state
-    char first_error[120];
+struct Shared {
+    pthread_barrier_t phase; // the children and the parent
+    std::atomic<int> clears_started;
+    int operations[kChildren + 1];
+    int unexpected[kChildren + 1]; // checks whose result contradicts the known state
+    char first_error[kChildren + 1][120];
 };
 
-struct Shared {
-    std::atomic<int> clears_started;
-    ChildTally tally[kChildren + 1];
-};
+using Sessions = std::set<std::pair<std::string, std::string>>;
 
 std::string address_of(int child) {
     return "10.0." + std::to_string(child / 8) + "." + std::to_string(child % 8 + 1);
@@ -63,217 +62,123 @@ bool in_login_set(int child, int round) {
     return false;
 }
 
-// One child: its state is what it knows about its own session.
-class Client {
-  public:
-    Client(int index, Shared *shared) : index_(index), shared_(shared) {
-        setenv("REMOTE_ADDR", address_of(index).c_str(), 1);
-        unsetenv("QUERY_STRING");
-    }
-
-    void login(int round) {
-        token_ = token_of(index_, round);
-        count_op();
-        if (generate_token2save(address_of(index_).c_str(), token_.c_str()) != 0)
-            fail("generate_token2save failed");
-        setenv("HTTP_COOKIE", ("lang=en; stork=" + token_).c_str(), 1);
-    }
-
+void run_child(int me, Shared *sh) {
+    std::string address = address_of(me);
+    setenv("REMOTE_ADDR", address.c_str(), 1);
+    setenv("HTTP_COOKIE", ("stork=" + token_of(me, 99)).c_str(), 1); // never issued
+    unsetenv("QUERY_STRING");
+    bool vanished = false;
+    auto fail = [&](const char *what) {
+        if (sh->unexpected[me]++ == 0)
+            std::snprintf(sh->first_error[me], sizeof sh->first_error[me], "child %d op %d: %s", me,
+                          sh->operations[me], what);
+    };
     // expect: 1 = must succeed, 0 = must fail, -1 = unknown, 2 = clear round (may vanish
     // once a clear has started, never come back).
-    void check(int expect) {
-        if (token_.empty()) setenv("HTTP_COOKIE", ("stork=" + token_of(index_, 99)).c_str(), 1);
-        count_op();
+    auto check = [&](int expect) {
+        ++sh->operations[me];
         bool ok = check_token() == 0;
         if (expect == 1 && !ok) fail("a live session was refused");
         if (expect == 0 && ok) fail("a session that is not live was accepted");
-        if (expect == 2) {
-            if (!ok && shared_->clears_started.load() == 0)
-                fail("a session vanished before any clear");
-            if (ok && vanished_) fail("a cleared session came back");
-            vanished_ = vanished_ || !ok;
-        }
-    }
-
-    void reset_vanished() { vanished_ = false; }
-
-  private:
-    void count_op() { ++shared_->tally[index_].operations; }
-    void fail(const char *what) {
-        ChildTally &t = shared_->tally[index_];
-        if (t.unexpected++ == 0)
-            std::snprintf(t.first_error, sizeof t.first_error, "child %d op %d: %s", index_,
-                          t.operations, what);
-    }
-
-    int index_;
-    Shared *shared_;
-    std::string token_;
-    bool vanished_ = false;
-};
-
-// Phase barrier: each child waits for one byte on its own pipe, reports on a shared one.
-class Barrier {
-  public:
-    Barrier() {
-        for (auto &p : go_)
-            EXPECT_EQ(pipe(p), 0);
-        EXPECT_EQ(pipe(done_), 0);
-    }
-    ~Barrier() {
-        for (auto &p : go_)
-            close(p[1]);
-        close(done_[0]);
-    }
-    void child_side(int index) {
-        for (int i = 0; i <= kChildren; ++i) {
-            close(go_[i][1]);
-            if (i != index) close(go_[i][0]);
-        }
-        close(done_[0]);
-        me_ = index;
-    }
-    void parent_side() {
-        for (auto &p : go_)
-            close(p[0]);
-        close(done_[1]);
-    }
-    bool wait_go() {
-        char c = 0;
-        return read(go_[me_][0], &c, 1) == 1 && c == 'g';
-    }
-    void report_done() {
-        char c = 'd';
-        (void)!write(done_[1], &c, 1);
-    }
-    // Starts a phase in every child and waits until all have finished it.
-    bool run_phase(char command = 'g') {
-        for (auto &p : go_)
-            if (write(p[1], &command, 1) != 1) return false;
-        if (command != 'g') return true;
-        for (int n = 0; n <= kChildren; ++n) {
-            char c;
-            if (read(done_[0], &c, 1) != 1) return false;
-        }
-        return true;
-    }
-
-  private:
-    int go_[kChildren + 1][2];
-    int done_[2];
-    int me_ = -1;
-};
-
-void run_child(int index, Shared *shared, Barrier &barrier) {
-    Client client(index, shared);
+        if (expect == 2 && !ok && sh->clears_started.load() == 0)
+            fail("a session vanished before any clear");
+        if (expect == 2 && ok && vanished) fail("a cleared session came back");
+        vanished = vanished || (expect == 2 && !ok);
+    };
     for (int round = 0; round < kRounds + kClearRounds; ++round) {
         bool clear_round = round >= kRounds;
-        bool login_now = in_login_set(index, round);
-        bool was_live = round > 0 && in_login_set(index, round - 1);
+        bool login_now = in_login_set(me, round);
+        bool was_live = round > 0 && in_login_set(me, round - 1);
         // Phase A: the login set logs in, everybody checks.
-        if (!barrier.wait_go()) return;
-        if (index != kClearer) {
-            if (login_now) client.login(round);
-            for (int i = 0; i < kChecksWhileLogin; ++i)
-                client.check(login_now ? 1 : was_live ? -1 : 0);
+        pthread_barrier_wait(&sh->phase);
+        if (me != kClearer && login_now) {
+            std::string token = token_of(me, round);
+            ++sh->operations[me];
+            if (generate_token2save(address.c_str(), token.c_str()) != 0)
+                fail("generate_token2save failed");
+            setenv("HTTP_COOKIE", ("lang=en; stork=" + token).c_str(), 1);
         }
-        barrier.report_done();
-        // Phase B: only checks (and, in the clear rounds, clears).
-        if (!barrier.wait_go()) return;
-        client.reset_vanished();
-        if (index == kClearer) {
-            for (int i = 0; clear_round && i < kClears; ++i) {
-                shared->clears_started.fetch_add(1);
-                ++shared->tally[index].operations;
-                EXPECT_EQ(clear_token(), 0);
-                for (int j = 0; j < 2; ++j)
-                    client.check(0);
-            }
-        } else {
-            for (int i = 0; i < kChecksAfterLogin; ++i)
-                client.check(!login_now ? 0 : clear_round ? 2 : 1);
+        for (int i = 0; me != kClearer && i < kChecksWhileLogin; ++i)
+            check(login_now ? 1 : was_live ? -1 : 0);
+        pthread_barrier_wait(&sh->phase);
+        // Phase B, once the parent has read the file: only checks (and clears).
+        pthread_barrier_wait(&sh->phase);
+        vanished = false;
+        for (int i = 0; me == kClearer && clear_round && i < kClears; ++i) {
+            sh->clears_started.fetch_add(1);
+            ++sh->operations[me];
+            if (clear_token() != 0) fail("clear_token failed");
+            check(0);
+            check(0);
         }
-        barrier.report_done();
+        for (int i = 0; me != kClearer && i < kChecksAfterLogin; ++i)
+            check(!login_now ? 0 : clear_round ? 2 : 1);
+        pthread_barrier_wait(&sh->phase);
     }
-    barrier.wait_go();
 }
 
-struct FileSession {
-    std::string ip, token;
-    long last_used;
-    bool operator<(const FileSession &o) const { return ip + " " + token < o.ip + " " + o.token; }
-};
-
-// Parses the session file strictly: every line "ip token time".
-bool parse_sessions(const std::string &text, std::vector<FileSession> &out) {
+// The sessions of the file; every line must be "ip token time".
+std::vector<std::pair<std::string, std::string>> file_sessions(const std::string &text) {
+    std::vector<std::pair<std::string, std::string>> out;
     std::istringstream in(text);
-    std::string line;
+    std::string line, ip, token, extra;
+    long last_used;
     while (std::getline(in, line)) {
         std::istringstream fields(line);
-        FileSession s;
-        std::string extra;
-        if (!(fields >> s.ip >> s.token >> s.last_used) || (fields >> extra)) return false;
-        out.push_back(s);
+        EXPECT_TRUE((fields >> ip >> token >> last_used) && !(fields >> extra)) << line;
+        out.emplace_back(ip, token);
     }
-    return text.empty() || text.back() == '\n';
-}
-
-std::set<std::pair<std::string, std::string>> login_set_sessions(int round) {
-    std::set<std::pair<std::string, std::string>> want;
-    for (int c = 0; c < kChildren; ++c)
-        if (in_login_set(c, round)) want.insert({address_of(c), token_of(c, round)});
-    return want;
+    EXPECT_TRUE(text.empty() || text.back() == '\n') << text;
+    return out;
 }
 
 TEST(TokenConcurrency, ManyProcessesIssueAndCheckThroughTheLock) {
     wmtest::TempRoot root;
     wmtest::write_file(root.path("/var/loginlock"), "");
-    auto *shared = static_cast<Shared *>(
+    auto *sh = static_cast<Shared *>(
         mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
-    ASSERT_NE(shared, MAP_FAILED);
-    new (shared) Shared{};
+    ASSERT_NE(sh, MAP_FAILED);
+    new (sh) Shared{};
+    pthread_barrierattr_t attr;
+    pthread_barrierattr_init(&attr);
+    pthread_barrierattr_setpshared(&attr, PTHREAD_PROCESS_SHARED);
+    ASSERT_EQ(pthread_barrier_init(&sh->phase, &attr, kChildren + 2), 0);
 
-    Barrier barrier;
     std::vector<pid_t> pids;
     fflush(nullptr);
     for (int i = 0; i <= kChildren; ++i) {
         pid_t pid = fork();
         ASSERT_GE(pid, 0);
         if (pid == 0) {
-            barrier.child_side(i);
-            run_child(i, shared, barrier);
-            _exit(testing::Test::HasFailure() ? 1 : 0);
+            run_child(i, sh);
+            _exit(0);
         }
         pids.push_back(pid);
     }
-    barrier.parent_side();
 
+    // No ASSERT from here on: the children wait for the parent at every phase.
+    auto sessions = [&] { return file_sessions(wmtest::read_file(root.path("/var/usertoken"))); };
     for (int round = 0; round < kRounds + kClearRounds; ++round) {
-        bool clear_round = round >= kRounds;
-        ASSERT_TRUE(barrier.run_phase()) << "round " << round;
-        auto want = login_set_sessions(round);
+        Sessions want;
+        for (int c = 0; c < kChildren; ++c)
+            if (in_login_set(c, round)) want.insert({address_of(c), token_of(c, round)});
+        pthread_barrier_wait(&sh->phase);
+        pthread_barrier_wait(&sh->phase);
         // After the logins the file holds exactly this round's five sessions.
-        std::vector<FileSession> sessions;
-        ASSERT_TRUE(parse_sessions(wmtest::read_file(root.path("/var/usertoken")), sessions));
-        std::set<std::pair<std::string, std::string>> got;
-        for (auto &s : sessions)
-            got.insert({s.ip, s.token});
-        EXPECT_EQ(sessions.size(), size_t(kLoginSet)) << "round " << round;
-        EXPECT_EQ(got, want) << "round " << round;
+        auto after_logins = sessions();
+        EXPECT_EQ(after_logins.size(), size_t(kLoginSet)) << "round " << round;
+        EXPECT_EQ(Sessions(after_logins.begin(), after_logins.end()), want) << "round " << round;
 
-        shared->clears_started = 0;
-        ASSERT_TRUE(barrier.run_phase()) << "round " << round;
-        sessions.clear();
-        ASSERT_TRUE(parse_sessions(wmtest::read_file(root.path("/var/usertoken")), sessions));
-        EXPECT_LE(sessions.size(), size_t(kLoginSet));
+        sh->clears_started = 0;
+        pthread_barrier_wait(&sh->phase);
+        pthread_barrier_wait(&sh->phase);
         // Checks never add or drop sessions; the last clear of a clear round empties the
         // table and nothing refills it.
-        EXPECT_EQ(sessions.size(), clear_round ? 0u : size_t(kLoginSet)) << "round " << round;
-        for (auto &s : sessions) {
-            EXPECT_TRUE(want.count({s.ip, s.token})) << s.ip << " " << s.token;
-        }
+        auto after_checks = sessions();
+        EXPECT_EQ(after_checks.size(), round >= kRounds ? 0u : size_t(kLoginSet)) << round;
+        for (auto &s : after_checks)
+            EXPECT_TRUE(want.count(s)) << s.first << " " << s.second;
     }
-    barrier.run_phase('q');
 
     int operations = 0, unexpected = 0;
     for (pid_t pid : pids) {
@@ -281,17 +186,18 @@ TEST(TokenConcurrency, ManyProcessesIssueAndCheckThroughTheLock) {
         waitpid(pid, &status, 0);
         EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
     }
-    for (const ChildTally &t : shared->tally) {
-        operations += t.operations;
-        unexpected += t.unexpected;
-        EXPECT_EQ(t.unexpected, 0) << t.first_error;
+    for (int i = 0; i <= kChildren; ++i) {
+        operations += sh->operations[i];
+        unexpected += sh->unexpected[i];
+        EXPECT_EQ(sh->unexpected[i], 0) << sh->first_error[i];
     }
     std::printf("[ measured ] %d processes, %d operations, %d unexpected results\n", kChildren + 1,
                 operations, unexpected);
     RecordProperty("processes", kChildren + 1);
     RecordProperty("operations", operations);
     RecordProperty("unexpected", unexpected);
-    munmap(shared, sizeof(Shared));
+    pthread_barrier_destroy(&sh->phase);
+    munmap(sh, sizeof(Shared));
 }
 
 } // namespace

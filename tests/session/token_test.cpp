@@ -14,12 +14,14 @@
 
 namespace {
 
+using wmtest::file_exists;
 using wmtest::read_file;
 using wmtest::run_in_child;
 using wmtest::write_file;
 
-constexpr char kTok1[] = "Aa0123456789bcdE";
-constexpr char kTok2[] = "Zz9876543210yxwV";
+const std::string kTok1 = "Aa0123456789bcdE";
+const std::string kTok2 = "Zz9876543210yxwV";
+const std::string kIp = "192.168.1.20";
 
 struct Sessions : testing::Test {
     wmtest::TempRoot root;
@@ -48,37 +50,42 @@ struct Sessions : testing::Test {
 
 TEST_F(Sessions, LifeAcrossProcesses) {
     int32_t before = get_curr_time();
-    ASSERT_EQ(login("192.168.1.20", kTok1), 0);
+    ASSERT_EQ(login(kIp, kTok1), 0);
     int32_t after = get_curr_time();
     std::string text = read_file(file);
     long stamp = std::atol(text.c_str() + text.rfind(' '));
     EXPECT_TRUE(stamp >= before && stamp <= after) << text;
-    EXPECT_EQ(text, line("192.168.1.20", kTok1, stamp));
+    EXPECT_EQ(text, line(kIp, kTok1, stamp));
 
-    EXPECT_TRUE(check("192.168.1.20", std::string("stork=") + kTok1));
-    EXPECT_TRUE(check("192.168.1.20", "lang=en; stork=" + std::string(kTok1) + "; x=1"));
-    EXPECT_TRUE(check("192.168.1.20", "", (std::string("a=1&stork=") + kTok1).c_str()));
-    EXPECT_FALSE(check("192.168.1.21", std::string("stork=") + kTok1)) << "other address";
-    EXPECT_FALSE(check("192.168.1.20", "stork=Aa0123456789bcdF"));
+    EXPECT_TRUE(check(kIp, "stork=" + kTok1));
+    EXPECT_TRUE(check(kIp, "lang=en; stork=" + kTok1 + "; x=1"));
+    EXPECT_TRUE(check(kIp, "", ("a=1&stork=" + kTok1).c_str()));
+    EXPECT_FALSE(check("192.168.1.21", "stork=" + kTok1)) << "other address";
+    EXPECT_FALSE(check(kIp, "stork=Aa0123456789bcdF"));
     // The query string wins over the cookie, even when only the cookie is right.
-    EXPECT_FALSE(check("192.168.1.20", std::string("stork=") + kTok1, "stork=Zz9876543210"));
+    EXPECT_FALSE(check(kIp, "stork=" + kTok1, "stork=Zz9876543210"));
 
     // A second login from the same address replaces the token in place.
     ASSERT_EQ(login("192.168.1.99", kTok2), 0);
-    ASSERT_EQ(login("192.168.1.20", kTok2), 0);
-    EXPECT_FALSE(check("192.168.1.20", std::string("stork=") + kTok1));
-    EXPECT_TRUE(check("192.168.1.20", std::string("stork=") + kTok2));
-    EXPECT_EQ(read_file(file).find("192.168.1.20 " + std::string(kTok2)), 0u);
+    ASSERT_EQ(login(kIp, kTok2), 0);
+    EXPECT_FALSE(check(kIp, "stork=" + kTok1));
+    EXPECT_TRUE(check(kIp, "stork=" + kTok2));
+    EXPECT_EQ(read_file(file).find(kIp + " " + kTok2), 0u);
+
+    // Logging out removes the file and every session with it.
+    EXPECT_EQ(clear_token(), 0);
+    EXPECT_FALSE(file_exists(file));
+    EXPECT_FALSE(check(kIp, "stork=" + kTok2));
 }
 
 TEST_F(Sessions, SixthAddressDropsTheLastSlotWhateverItsAge) {
     for (int i = 1; i <= 5; ++i)
         ASSERT_EQ(login("10.1.1." + std::to_string(i), kTok1), 0);
-    ASSERT_TRUE(check("10.1.1.5", std::string("stork=") + kTok1)); // just refreshed
+    ASSERT_TRUE(check("10.1.1.5", "stork=" + kTok1)); // just refreshed
     ASSERT_EQ(login("fe80::6", kTok2), 0);
-    EXPECT_FALSE(check("10.1.1.5", std::string("stork=") + kTok1));
+    EXPECT_FALSE(check("10.1.1.5", "stork=" + kTok1));
     for (int i = 1; i <= 4; ++i)
-        EXPECT_TRUE(check("10.1.1." + std::to_string(i), std::string("stork=") + kTok1));
+        EXPECT_TRUE(check("10.1.1." + std::to_string(i), "stork=" + kTok1));
     std::string text = read_file(file);
     EXPECT_EQ(text.rfind("fe80::6 ", 0), 0u) << text;
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 5);
@@ -91,19 +98,18 @@ TEST_F(Sessions, IdleLimitIs1800Seconds) {
         for (;;) {
             int32_t now = get_curr_time();
             write_file(file, others + line("10.0.0.1", kTok1, now - age));
-            int rc = auth_token("10.0.0.1", kTok1);
+            int rc = auth_token("10.0.0.1", kTok1.c_str());
             if (get_curr_time() == now) return std::make_pair(rc, now);
         }
     };
     auto [fresh, now] = check_aged(1799, "");
     EXPECT_EQ(fresh, 0);
     EXPECT_EQ(read_file(file), line("10.0.0.1", kTok1, now)) << "refreshed";
-    auto stale = check_aged(1800, line("10.0.0.2", kTok2, 5)).first;
-    EXPECT_EQ(stale, -1);
+    EXPECT_EQ(check_aged(1800, line("10.0.0.2", kTok2, 5)).first, -1);
     // Removed at that check; another expired session that nobody presented stays.
     EXPECT_EQ(read_file(file), line("10.0.0.2", kTok2, 5));
-    write_file(file, "10.0.0.3 " + std::string(kTok1) + "\n"); // no time: expired at once
-    EXPECT_EQ(auth_token("10.0.0.3", kTok1), -1);
+    write_file(file, "10.0.0.3 " + kTok1 + "\n"); // no time: expired at once
+    EXPECT_EQ(auth_token("10.0.0.3", kTok1.c_str()), -1);
 }
 
 TEST_F(Sessions, TokenLengthAndMissingLockFile) {
@@ -125,14 +131,7 @@ TEST_F(Sessions, TokenLengthAndMissingLockFile) {
         return std::printf("=%d", check_token()) > 0 ? 0 : 1;
     });
     EXPECT_EQ(r.out, message + "=-1") << "not logged in";
-    EXPECT_FALSE(wmtest::file_exists(file));
-}
-
-TEST_F(Sessions, ClearTokenRemovesTheFile) {
-    ASSERT_EQ(login("10.0.0.1", kTok1), 0);
-    EXPECT_EQ(clear_token(), 0);
-    EXPECT_FALSE(wmtest::file_exists(file));
-    EXPECT_FALSE(check("10.0.0.1", std::string("stork=") + kTok1));
+    EXPECT_FALSE(file_exists(file));
 }
 
 TEST(GetToken, QueryBeforeCookieSixteenCharactersNoStopAtSeparators) {
@@ -207,25 +206,24 @@ TEST(LockReg, DeviceCommandNumbersLockTheWholeFile) {
     wmtest::TempRoot root;
     std::string path = root.path("/var/loginlock");
     write_file(path, "");
+    // Another process, the host's python, tries the same lock.
+    auto python_can_lock = [&] {
+        return wmtest::run_shell("python3 -c 'import fcntl,sys; f=open(sys.argv[1],\"r+\");"
+                                 "fcntl.lockf(f, fcntl.LOCK_EX|fcntl.LOCK_NB)' '" +
+                                 path + "'")
+                   .exit_code() == 0;
+    };
     int fd = open(path.c_str(), O_RDWR);
     // 14 and 13 are the 32-bit device's blocking and non-blocking 64-bit set-lock commands.
     ASSERT_EQ(lock_reg(fd, 14, F_WRLCK, 0, SEEK_SET, 0), 0);
-    // Another process, the host's python, sees the lock.
-    auto held = wmtest::run_shell("python3 -c 'import fcntl,sys; f=open(sys.argv[1],\"r+\");"
-                                  "fcntl.lockf(f, fcntl.LOCK_EX|fcntl.LOCK_NB)' '" +
-                                  path + "'");
-    EXPECT_NE(held.exit_code(), 0);
+    EXPECT_FALSE(python_can_lock());
     auto other = run_in_child([&] {
         int fd2 = open(path.c_str(), O_RDWR);
         return lock_reg(fd2, 13, F_WRLCK, 0, SEEK_SET, 0) == -1 ? 0 : 1;
     });
     EXPECT_EQ(other.exit_code(), 0);
     ASSERT_EQ(lock_reg(fd, 13, F_UNLCK, 0, SEEK_SET, 0), 0);
-    EXPECT_EQ(wmtest::run_shell("python3 -c 'import fcntl,sys; f=open(sys.argv[1],\"r+\");"
-                                "fcntl.lockf(f, fcntl.LOCK_EX|fcntl.LOCK_NB)' '" +
-                                path + "'")
-                  .exit_code(),
-              0);
+    EXPECT_TRUE(python_can_lock());
     EXPECT_EQ(lock_reg(fd, 99, F_WRLCK, 0, SEEK_SET, 0), -1);
     EXPECT_EQ(errno, EINVAL);
     close(fd);
@@ -236,11 +234,10 @@ TEST(LinkCount, ReadsTheConntrackCountersOrZero) {
     unlink(root.path("/proc").c_str());
     EXPECT_EQ(get_current_link_count(), 0);
     EXPECT_EQ(get_current_link_count_max(), 0);
-    ASSERT_EQ(
-        wmtest::run_shell("mkdir -p '" + root.path("/proc/sys/net/netfilter") + "'").exit_code(),
-        0);
-    write_file(root.path("/proc/sys/net/netfilter/nf_conntrack_count"), "137\n");
-    write_file(root.path("/proc/sys/net/netfilter/nf_conntrack_max"), "65536\n");
+    std::string dir = root.path("/proc/sys/net/netfilter/");
+    ASSERT_EQ(wmtest::run_shell("mkdir -p '" + dir + "'").exit_code(), 0);
+    write_file(dir + "nf_conntrack_count", "137\n");
+    write_file(dir + "nf_conntrack_max", "65536\n");
     EXPECT_EQ(get_current_link_count(), 137);
     EXPECT_EQ(get_current_link_count_max(), 65536);
 }
