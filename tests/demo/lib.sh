@@ -101,3 +101,11 @@ json_get() {
   python3 -c 'import json,sys; d=json.loads(sys.argv[1]); print(eval(sys.argv[2]))' "$BODY" "$1" \
     2>/dev/null
 }
+
+# Ends a flow: the count of failed checks and the demo's log when any failed.
+finish() {
+  if [ "$FAILURES" -gt 0 ]; then
+    echo "$FAILURES checks failed"; sed 's/^/demo log: /' "$DEMO_LOG"; exit 1
+  fi
+  echo "all checks passed"
+}
