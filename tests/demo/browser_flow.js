@@ -42,9 +42,15 @@ async function fillRule(page, rule) {
   }
 }
 
+// The names in the editor's table, sorted, as JSON.
 async function ruleNames(page) {
-  return page.$$eval('#rules tbody tr[data-name]', (rows) => rows.map((r) => r.dataset.name).sort());
+  return JSON.stringify(await page.$$eval('#rules tbody tr[data-name]', (rows) => rows.map((r) => r.dataset.name).sort()));
 }
+
+// A port-forwarding rule for TCP from one outer port to one inner port.
+const pfRule = (name, innerip, outer, inner) => ({
+  name, innerip, protocol: '1', extren_Port_From: outer, extren_Port_To: outer, inner_Port_From: inner, inner_Port_To: inner,
+});
 
 // The port-forwarding editor: add two rules, modify one, a duplicate name, delete one, the
 // switch.
@@ -56,16 +62,12 @@ async function editPortForwarding(page) {
   check('the editor counts the rules against the list size: ' + (await page.textContent('#count')),
     (await page.textContent('#count')) === '(0 of 32)');
   await submit(page, () => page.click('#delete-all'));
-  const rules = [
-    { name: 'web', innerip: '192.168.1.10', protocol: '1', extren_Port_From: '8080', extren_Port_To: '8080', inner_Port_From: '80', inner_Port_To: '80' },
-    { name: 'ssh', innerip: '192.168.1.11', protocol: '1', extren_Port_From: '2222', extren_Port_To: '2222', inner_Port_From: '22', inner_Port_To: '22' },
-  ];
-  for (const rule of rules) {
+  for (const rule of [pfRule('web', '192.168.1.10', '8080', '80'), pfRule('ssh', '192.168.1.11', '2222', '22')]) {
     await fillRule(page, rule);
     const text = await submit(page, () => page.click('#submit'));
     check('adding "' + rule.name + '" says so: ' + text, text.includes('added'));
   }
-  check('the table lists both rules', JSON.stringify(await ruleNames(page)) === '["ssh","web"]');
+  check('the table lists both rules', (await ruleNames(page)) === '["ssh","web"]');
 
   await page.click('#rules tr[data-name="ssh"] button.modify');
   await page.fill('#f-name', 'ssh-admin');
@@ -73,16 +75,16 @@ async function editPortForwarding(page) {
   await page.fill('#f-extren_Port_To', '2200');
   let text = await submit(page, () => page.click('#submit'));
   check('modifying a rule says so: ' + text, text.includes('saved'));
-  check('the table shows the new name', JSON.stringify(await ruleNames(page)) === '["ssh-admin","web"]');
+  check('the table shows the new name', (await ruleNames(page)) === '["ssh-admin","web"]');
 
-  await fillRule(page, { name: 'web', innerip: '192.168.1.20', extren_Port_From: '9000', extren_Port_To: '9000', inner_Port_From: '90', inner_Port_To: '90' });
+  await fillRule(page, pfRule('web', '192.168.1.20', '9000', '90'));
   text = await submit(page, () => page.click('#submit'));
   check('a duplicate name shows the message: ' + text, text.includes('A rule with this name or the same settings already exists'));
   await page.screenshot({ path: path.join(ARTIFACTS, 'portforward.png'), fullPage: true });
 
   text = await submit(page, () => page.click('#rules tr[data-name="web"] button.delete'));
   check('deleting a rule says so: ' + text, text.includes('deleted'));
-  check('the table lists the other rule only', JSON.stringify(await ruleNames(page)) === '["ssh-admin"]');
+  check('the table lists the other rule only', (await ruleNames(page)) === '["ssh-admin"]');
 
   await page.check('#switch');
   text = await submit(page, () => page.click('#switch-save'));
@@ -111,7 +113,7 @@ async function visitOtherEditors(page) {
     if (list === 'timegroup') await page.check('#f-weekday1');
     const text = await submit(page, () => page.click('#submit'));
     check(list + ': adding a rule says so: ' + text, text.includes('added'));
-    check(list + ': the table lists it', JSON.stringify(await ruleNames(page)) === JSON.stringify([rule.name]));
+    check(list + ': the table lists it', (await ruleNames(page)) === JSON.stringify([rule.name]));
     if (list === 'macfilter') {
       // The view does not show the address: modifying asks for it again.
       await page.click('#rules tr[data-name="laptop"] button.modify');
