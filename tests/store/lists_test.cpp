@@ -28,110 +28,94 @@ struct ListCase {
     std::function<std::string(int slot, int32_t *id)> slot; // name and id of a slot
 };
 
-template <typename Elem> Elem named(const char *name) {
-    Elem e{};
-    std::snprintf(e.name, sizeof e.name, "%s", name);
-    return e;
+template <typename E> auto &id_of(E &e) {
+    return e.id;
+}
+template <typename E> auto &name_of(E &e) {
+    return e.name;
+}
+auto &id_of(client_account &e) {
+    return e.m_id;
+}
+auto &name_of(client_account &e) {
+    return e.m_name;
 }
 
-#define RULE_CASE(label, Name, record, list, rule, get, capacity)                                  \
-    ListCase {                                                                                     \
-        label, capacity,                                                                           \
-            [](const char *n, int32_t *id) {                                                       \
-                rule e = named<rule>(n);                                                           \
-                int rc = Add##Name##Item(get(), &e);                                               \
-                *id = e.id;                                                                        \
-                return rc;                                                                         \
-            },                                                                                     \
-            [](int32_t id, const char *n) {                                                        \
-                rule e = named<rule>(n);                                                           \
-                e.id = id;                                                                         \
-                return Modify##Name##Item(get(), &e);                                              \
-            },                                                                                     \
-            [](const char *key) { return Del##Name##Item(get(), key); },                           \
-            [] { return DelAll##Name##Item(); }, [] { return int(get()->list.count); },            \
-            [](int slot, int32_t *id) {                                                            \
-                *id = get()->list.element[slot].id;                                                \
-                return std::string(get()->list.element[slot].name);                                \
-            }                                                                                      \
-    }
-
-std::vector<ListCase> all_lists() {
-    return {
-        RULE_CASE("port forwarding", PortFw, vsipport_config, vsipport, vsipport_rule,
-                  SC_Get_VsIpport_System_Config, 32),
-        RULE_CASE("IP/port filter", IpFilter, fwipport_config, fwipport, fwipport_rule,
-                  SC_Get_FwIpport_System_Config, 32),
-        RULE_CASE("URL filter", UrlFilter, fwurl_config, fwurl, fwurl_rule,
-                  SC_Get_FwUrl_System_Config, 32),
-        RULE_CASE("MAC filter", MacFilter, fwmac_config, fwmac, fwmac_rule,
-                  SC_Get_FwMac_System_Config, 32),
-        RULE_CASE("QoS", Qos, qos_config, qos, qos_rule, SC_Get_Qos_System_Config, 32),
-        ListCase{"IP groups", 16,
-                 [](const char *n, int32_t *id) {
-                     auto e = named<ipgroup_entry>(n);
-                     int rc = AddIpGroupItem(SC_Get_IpGroup_System_Config(), &e);
-                     *id = e.id;
-                     return rc;
-                 },
-                 [](int32_t id, const char *n) {
-                     auto e = named<ipgroup_entry>(n);
-                     e.id = id;
-                     return ModifyIpGroupItem(SC_Get_IpGroup_System_Config(), &e);
-                 },
-                 [](const char *key) {
-                     return DelIpGroupItem(SC_Get_IpGroup_System_Config(), nullptr, nullptr, key);
-                 },
-                 [] { return DelAllIpGroupItem(SC_Get_IpGroup_System_Config()); },
-                 [] { return int(SC_Get_IpGroup_System_Config()->useripgroup.count); },
-                 [](int slot, int32_t *id) {
-                     auto &e = SC_Get_IpGroup_System_Config()->useripgroup.element[slot];
-                     *id = e.id;
-                     return std::string(e.name);
-                 }},
-        ListCase{
-            "client accounts", 300,
-            [](const char *n, int32_t *id) {
-                client_account e{};
-                std::snprintf(e.m_name, sizeof e.m_name, "%s", n);
-                int rc = AddClientsItem(SC_Get_Clients_System_Config(), &e);
-                *id = e.m_id;
+// `add` and `modify` take an element, `list` gives the stored count and elements.
+template <typename E, typename Add, typename Modify, typename List>
+ListCase list_case(const char *label, int capacity, Add add, Modify modify,
+                   std::function<int(const char *)> del, std::function<int()> del_all, List list) {
+    auto element = [](const char *n, int32_t id) {
+        E e{};
+        std::snprintf(name_of(e), sizeof name_of(e), "%s", n);
+        id_of(e) = id;
+        return e;
+    };
+    return {label,
+            capacity,
+            [=](const char *n, int32_t *id) {
+                E e = element(n, 0);
+                int rc = add(&e);
+                *id = id_of(e);
                 return rc;
             },
-            [](int32_t id, const char *n) {
-                client_account e{};
-                e.m_id = id;
-                std::snprintf(e.m_name, sizeof e.m_name, "%s", n);
-                return ModifyClientsItem(SC_Get_Clients_System_Config(), &e);
+            [=](int32_t id, const char *n) {
+                E e = element(n, id);
+                return modify(&e);
             },
-            [](const char *key) { return DelClientsItem(SC_Get_Clients_System_Config(), key); },
+            del,
+            del_all,
+            [=] { return int(list().first); },
+            [=](int slot, int32_t *id) {
+                E &e = list().second[slot];
+                *id = id_of(e);
+                return std::string(name_of(e));
+            }};
+}
+
+#define RULE_CASE(label, Name, list, rule, get)                                                    \
+    list_case<rule>(                                                                               \
+        label, 32, [](rule *e) { return Add##Name##Item(get(), e); },                              \
+        [](rule *e) { return Modify##Name##Item(get(), e); },                                      \
+        [](const char *key) { return Del##Name##Item(get(), key); },                               \
+        [] { return DelAll##Name##Item(); },                                                       \
+        [] { return std::pair(get()->list.count, get()->list.element); })
+
+std::vector<ListCase> all_lists() {
+    auto ipgroups = SC_Get_IpGroup_System_Config;
+    auto clients = SC_Get_Clients_System_Config;
+    auto wifi = SC_Get_SC_WiFi_Config;
+    return {
+        RULE_CASE("port forwarding", PortFw, vsipport, vsipport_rule,
+                  SC_Get_VsIpport_System_Config),
+        RULE_CASE("IP/port filter", IpFilter, fwipport, fwipport_rule,
+                  SC_Get_FwIpport_System_Config),
+        RULE_CASE("URL filter", UrlFilter, fwurl, fwurl_rule, SC_Get_FwUrl_System_Config),
+        RULE_CASE("MAC filter", MacFilter, fwmac, fwmac_rule, SC_Get_FwMac_System_Config),
+        RULE_CASE("QoS", Qos, qos, qos_rule, SC_Get_Qos_System_Config),
+        list_case<ipgroup_entry>(
+            "IP groups", 16, [=](ipgroup_entry *e) { return AddIpGroupItem(ipgroups(), e); },
+            [=](ipgroup_entry *e) { return ModifyIpGroupItem(ipgroups(), e); },
+            [=](const char *key) { return DelIpGroupItem(ipgroups(), nullptr, nullptr, key); },
+            [=] { return DelAllIpGroupItem(ipgroups()); },
+            [=] {
+                return std::pair(ipgroups()->useripgroup.count, ipgroups()->useripgroup.element);
+            }),
+        list_case<client_account>(
+            "client accounts", 300, [=](client_account *e) { return AddClientsItem(clients(), e); },
+            [=](client_account *e) { return ModifyClientsItem(clients(), e); },
+            [=](const char *key) { return DelClientsItem(clients(), key); },
             [] { return DelAllClientsItem(); },
-            [] { return int(SC_Get_Clients_System_Config()->count); },
-            [](int slot, int32_t *id) {
-                auto &e = SC_Get_Clients_System_Config()->m_client[slot];
-                *id = e.m_id;
-                return std::string(e.m_name);
-            }},
-        ListCase{"radio 2 access list", 32,
-                 [](const char *n, int32_t *id) {
-                     auto e = named<acl_entry>(n);
-                     int rc = AddAclItem(SC_Get_SC_WiFi_Config(), &e, 2);
-                     *id = e.id;
-                     return rc;
-                 },
-                 [](int32_t id, const char *n) {
-                     auto e = named<acl_entry>(n);
-                     e.id = id;
-                     return ModifyAclItem(SC_Get_SC_WiFi_Config(), &e, 2);
-                 },
-                 [](const char *key) { return DelAclItem(SC_Get_SC_WiFi_Config(), key, 2); },
-                 [] { return DelAllAclItem(SC_Get_SC_WiFi_Config(), 2); },
-                 [] { return int(SC_Get_SC_WiFi_Config()->m_radio[2].m_acllist.count); },
-                 [](int slot, int32_t *id) {
-                     auto &e = SC_Get_SC_WiFi_Config()->m_radio[2].m_acllist.element[slot];
-                     *id = e.id;
-                     return std::string(e.name);
-                 }},
+            [=] { return std::pair(clients()->count, clients()->m_client); }),
+        list_case<acl_entry>(
+            "radio 2 access list", 32, [=](acl_entry *e) { return AddAclItem(wifi(), e, 2); },
+            [=](acl_entry *e) { return ModifyAclItem(wifi(), e, 2); },
+            [=](const char *key) { return DelAclItem(wifi(), key, 2); },
+            [=] { return DelAllAclItem(wifi(), 2); },
+            [=] {
+                return std::pair(wifi()->m_radio[2].m_acllist.count,
+                                 wifi()->m_radio[2].m_acllist.element);
+            }),
     };
 }
 
