@@ -35,41 +35,24 @@ struct TestRecord {
     TestRadio m_radio[2];
 };
 
-#define ROW(member, code)                                                                          \
-    { #member, offsetof(TestRecord, member), code, sizeof(TestRecord::member) }
-
-struct RowSpec {
-    const char *name;
-    size_t offset;
-    int16_t type;
-    size_t size;
-};
-const RowSpec kRows[] = {
-    ROW(i32, 1),   ROW(i16, 2),   ROW(l3, 3),   ROW(byte4, 4), ROW(text4, 4),
-    ROW(byte5, 5), ROW(text5, 5), ROW(v4, 6),   ROW(l7, 7),    ROW(i64, 8),
-    ROW(i9, 9),    ROW(mac, 10),  ROW(s11, 11), ROW(v6, 12),
-};
-
 // A table over `record` as a builder writes it, zeroed first.
 struct Table {
     std::vector<field_desc> rows = std::vector<field_desc>(WEBMGMT_FIELD_ROWS);
-    explicit Table(TestRecord &record) {
+    size_t n = 0;
+    explicit Table(TestRecord &r) {
         clean_points(rows.data());
-        size_t n = 0;
-        auto *base = reinterpret_cast<char *>(&record);
-        for (const auto &r : kRows)
-            add(n++, r.name, base + r.offset, r.type, r.size);
-        for (int i = 0; i < 2; ++i) {
-            std::string prefix = "m_radio[" + std::to_string(i) + "].";
-            add(n++, prefix + "m_channel", &record.m_radio[i].m_channel, 2, 2);
-            add(n++, prefix + "m_ssid", record.m_radio[i].m_ssid, 4, 32);
-        }
+#define ROW(member, code) add(#member, &r.member, code, sizeof r.member)
+        ROW(i32, 1), ROW(i16, 2), ROW(l3, 3), ROW(byte4, 4), ROW(text4, 4), ROW(byte5, 5);
+        ROW(text5, 5), ROW(v4, 6), ROW(l7, 7), ROW(i64, 8), ROW(i9, 9), ROW(mac, 10);
+        ROW(s11, 11), ROW(v6, 12), ROW(m_radio[0].m_channel, 2), ROW(m_radio[0].m_ssid, 4);
+        ROW(m_radio[1].m_channel, 2), ROW(m_radio[1].m_ssid, 4);
+#undef ROW
     }
-    void add(size_t i, const std::string &name, void *address, int16_t type, size_t size) {
-        snprintf(rows[i].name, sizeof rows[i].name, "%s", name.c_str());
-        rows[i].address = address;
-        rows[i].type = type;
-        rows[i].size = uint16_t(size);
+    void add(const char *name, void *address, int16_t type, size_t size) {
+        snprintf(rows[n].name, sizeof rows[n].name, "%s", name);
+        rows[n].address = address;
+        rows[n].type = type;
+        rows[n++].size = uint16_t(size);
     }
 };
 
@@ -170,31 +153,18 @@ TEST(FieldTable, DuplicateRowsAndTableEnd) {
     EXPECT_EQ(first, 3);
 }
 
+// What the catalogue round trips do not reach: comments, unknown names, a value longer
+// than the loader's buffer, an empty value, a missing file.
 TEST(FieldTable, LoadDefaultFile) {
     wmtest::TempRoot root;
     std::string path = root.path("/etc/defaults");
-    std::string long_value(600, 'q');
-    wmtest::write_file(path, "# factory settings\n"
-                             "m_radio[0].m_channel=\"6\"\n"
-                             "m_radio[1].m_ssid=\"Router 5G\"\n"
-                             "i32=42\n"
-                             "v4=\"192.168.1.1\"\n"
-                             "v6=\"2001:db8::1\"\n"
-                             "unknown.member=1\n"
-                             "text4=\"" +
-                                 long_value +
-                                 "\"\n"
-                                 "byte4=\"\"\n");
+    wmtest::write_file(path, "# factory settings\nunknown.member=1\ni32=42\ntext4=\"" +
+                                 std::string(600, 'q') + "\"\nbyte4=\"\"\n");
     TestRecord record{};
+    record.byte4 = 9;
     Table table(record);
     EXPECT_EQ(load_default(table.rows.data(), path.c_str()), 0);
-    EXPECT_EQ(record.m_radio[0].m_channel, 6);
-    EXPECT_STREQ(record.m_radio[1].m_ssid, "Router 5G");
     EXPECT_EQ(record.i32, 42);
-    EXPECT_EQ(bytes_of(record.v4 + 4, 4), (std::vector<unsigned char>{192, 168, 1, 1}));
-    unsigned char v6[16];
-    inet_pton(AF_INET6, "2001:db8::1", v6);
-    EXPECT_EQ(bytes_of(record.v6 + 8, 16), bytes_of(v6, 16));
     // Values are cut to the 499 characters of the loader's buffer, then to the member.
     EXPECT_EQ(std::string(record.text4, 32), std::string(32, 'q'));
     EXPECT_EQ(record.byte4, 0);

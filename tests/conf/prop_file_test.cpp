@@ -52,9 +52,25 @@ std::vector<std::string> shell_values(const std::string &file, int count) {
     return values;
 }
 
-const std::vector<std::string> kShellValues = {
-    "a b", "say \"hi\" twice", "$HOME and ${PATH}", "`id` $(id)", "back\\slash\\", "\\\"$`",
-    "",    "it's; rm -rf x &", "tab\there",         "trailing\\"};
+// Pairs over the given names and values, which must outlive them.
+std::vector<prop_pair> pairs_of(std::vector<std::string> &names, std::vector<std::string> &values) {
+    std::vector<prop_pair> pairs;
+    for (size_t i = 0; i < names.size(); ++i)
+        pairs.push_back({names[i].data(), values[i].data()});
+    return pairs;
+}
+
+const std::vector<std::string> kShellValues = {"a b",
+                                               "say \"hi\" twice",
+                                               "$HOME and ${PATH}",
+                                               "`id` $(id)",
+                                               "back\\slash\\",
+                                               "\\\"$`",
+                                               "",
+                                               "it's; rm -rf x &",
+                                               "tab\there",
+                                               "trailing\\",
+                                               "\\n"};
 
 } // namespace
 
@@ -110,11 +126,9 @@ TEST(PropLines, LoadSkipsCommentsAndCutsLongLines) {
     EXPECT_EQ(l.name(3), "M");
     EXPECT_EQ(l.value(4), "no newline");
     EXPECT_EQ(load_prop('=', root.path("/var/missing").c_str(), l.pairs.data()), 0);
-}
 
-TEST(PropLines, LoadStopsAtCapacity) {
-    wmtest::TempRoot root;
-    std::string path = root.path("/var/many.conf"), text;
+    // The loader stops at the array's capacity.
+    std::string text;
     for (int i = 0; i < WEBMGMT_PROP_PAIRS + 100; ++i)
         text += "K" + std::to_string(i) + "=" + std::to_string(i) + "\n";
     write_file(path, text);
@@ -249,19 +263,15 @@ TEST(PropSave, GlobalConfReplacesQuotedAndAppendsPlain) {
 TEST(PropSave, ShellReadsEscapedValues) {
     wmtest::TempRoot root;
     std::string path = root.path("/var/sh.conf"), initial;
-    int n = int(kShellValues.size());
-    for (int i = 0; i < n; ++i)
-        initial += "K" + std::to_string(i) + "=old\n";
-    write_file(path, initial);
+    const int n = int(kShellValues.size());
     std::vector<std::string> names, values;
     for (int i = 0; i < n; ++i) {
         names.push_back("K" + std::to_string(i));
         values.push_back(escaped(kShellValues[size_t(i)]));
+        initial += names.back() + "=old\n";
     }
-    std::vector<prop_pair> pairs;
-    for (int i = 0; i < n; ++i)
-        pairs.push_back({names[size_t(i)].data(), values[size_t(i)].data()});
-    ASSERT_EQ(save_prop('=', path.c_str(), pairs.data(), n), 1);
+    write_file(path, initial);
+    ASSERT_EQ(save_prop('=', path.c_str(), pairs_of(names, values).data(), n), 1);
     EXPECT_EQ(shell_values(path, n), kShellValues);
 
     // The same values set one by one; the loader then gives the escaped text back.
@@ -285,20 +295,15 @@ TEST(PropSave, KilledWriterLeavesAWholeFile) {
     wmtest::TempRoot root;
     std::string path = root.path("/var/big.conf"), initial;
     const int n = 400;
-    for (int i = 0; i < n; ++i)
-        initial += "KEY_" + std::to_string(i) + "=0\n";
-    write_file(path, initial);
     std::vector<std::string> names, first, second;
     for (int i = 0; i < n; ++i) {
         names.push_back("KEY_" + std::to_string(i));
         first.push_back(std::string(100, 'f') + std::to_string(i));
         second.push_back(std::string(120, 's') + std::to_string(i));
+        initial += names.back() + "=0\n";
     }
-    std::vector<prop_pair> a, b;
-    for (int i = 0; i < n; ++i) {
-        a.push_back({names[size_t(i)].data(), first[size_t(i)].data()});
-        b.push_back({names[size_t(i)].data(), second[size_t(i)].data()});
-    }
+    write_file(path, initial);
+    const std::vector<prop_pair> a = pairs_of(names, first), b = pairs_of(names, second);
     ASSERT_EQ(save_prop('=', path.c_str(), b.data(), n), 1);
     const std::string text_b = read_file(path);
     ASSERT_EQ(save_prop('=', path.c_str(), a.data(), n), 1);

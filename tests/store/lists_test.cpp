@@ -3,7 +3,6 @@
 #include <arpa/inet.h>
 #include <cstring>
 #include <fcntl.h>
-#include <functional>
 #include <gtest/gtest.h>
 #include <set>
 #include <unistd.h>
@@ -15,124 +14,56 @@ using wmtest::TempRoot;
 
 namespace {
 
-// One list seen through the public calls: add an element named `name`, modify by id,
-// delete by id text, delete all, and read the stored state back.
-struct ListCase {
-    const char *name;
-    int capacity;
-    std::function<int(const char *name, int32_t *id)> add;
-    std::function<int(int32_t id, const char *name)> modify;
-    std::function<int(const char *key)> del;
-    std::function<int()> del_all;
-    std::function<int()> count;                             // the record's count member
-    std::function<std::string(int slot, int32_t *id)> slot; // name and id of a slot
-};
-
-template <typename Elem> Elem named(const char *name) {
-    Elem e{};
-    std::snprintf(e.name, sizeof e.name, "%s", name);
-    return e;
-}
-
-#define RULE_CASE(label, Name, record, list, rule, get, capacity)                                  \
-    ListCase {                                                                                     \
-        label, capacity,                                                                           \
-            [](const char *n, int32_t *id) {                                                       \
-                rule e = named<rule>(n);                                                           \
-                int rc = Add##Name##Item(get(), &e);                                               \
-                *id = e.id;                                                                        \
-                return rc;                                                                         \
-            },                                                                                     \
-            [](int32_t id, const char *n) {                                                        \
-                rule e = named<rule>(n);                                                           \
-                e.id = id;                                                                         \
-                return Modify##Name##Item(get(), &e);                                              \
-            },                                                                                     \
-            [](const char *key) { return Del##Name##Item(get(), key); },                           \
-            [] { return DelAll##Name##Item(); }, [] { return int(get()->list.count); },            \
-            [](int slot, int32_t *id) {                                                            \
-                *id = get()->list.element[slot].id;                                                \
-                return std::string(get()->list.element[slot].name);                                \
-            }                                                                                      \
-    }
-
-std::vector<ListCase> all_lists() {
-    return {
-        RULE_CASE("port forwarding", PortFw, vsipport_config, vsipport, vsipport_rule,
-                  SC_Get_VsIpport_System_Config, 32),
-        RULE_CASE("IP/port filter", IpFilter, fwipport_config, fwipport, fwipport_rule,
-                  SC_Get_FwIpport_System_Config, 32),
-        RULE_CASE("URL filter", UrlFilter, fwurl_config, fwurl, fwurl_rule,
-                  SC_Get_FwUrl_System_Config, 32),
-        RULE_CASE("MAC filter", MacFilter, fwmac_config, fwmac, fwmac_rule,
-                  SC_Get_FwMac_System_Config, 32),
-        RULE_CASE("QoS", Qos, qos_config, qos, qos_rule, SC_Get_Qos_System_Config, 32),
-        ListCase{"IP groups", 16,
-                 [](const char *n, int32_t *id) {
-                     auto e = named<ipgroup_entry>(n);
-                     int rc = AddIpGroupItem(SC_Get_IpGroup_System_Config(), &e);
-                     *id = e.id;
-                     return rc;
-                 },
-                 [](int32_t id, const char *n) {
-                     auto e = named<ipgroup_entry>(n);
-                     e.id = id;
-                     return ModifyIpGroupItem(SC_Get_IpGroup_System_Config(), &e);
-                 },
-                 [](const char *key) {
-                     return DelIpGroupItem(SC_Get_IpGroup_System_Config(), nullptr, nullptr, key);
-                 },
-                 [] { return DelAllIpGroupItem(SC_Get_IpGroup_System_Config()); },
-                 [] { return int(SC_Get_IpGroup_System_Config()->useripgroup.count); },
-                 [](int slot, int32_t *id) {
-                     auto &e = SC_Get_IpGroup_System_Config()->useripgroup.element[slot];
-                     *id = e.id;
-                     return std::string(e.name);
-                 }},
-        ListCase{
-            "client accounts", 300,
-            [](const char *n, int32_t *id) {
-                client_account e{};
-                std::snprintf(e.m_name, sizeof e.m_name, "%s", n);
-                int rc = AddClientsItem(SC_Get_Clients_System_Config(), &e);
-                *id = e.m_id;
-                return rc;
-            },
-            [](int32_t id, const char *n) {
-                client_account e{};
-                e.m_id = id;
-                std::snprintf(e.m_name, sizeof e.m_name, "%s", n);
-                return ModifyClientsItem(SC_Get_Clients_System_Config(), &e);
-            },
-            [](const char *key) { return DelClientsItem(SC_Get_Clients_System_Config(), key); },
-            [] { return DelAllClientsItem(); },
-            [] { return int(SC_Get_Clients_System_Config()->count); },
-            [](int slot, int32_t *id) {
-                auto &e = SC_Get_Clients_System_Config()->m_client[slot];
-                *id = e.m_id;
-                return std::string(e.m_name);
-            }},
-        ListCase{"radio 2 access list", 32,
-                 [](const char *n, int32_t *id) {
-                     auto e = named<acl_entry>(n);
-                     int rc = AddAclItem(SC_Get_SC_WiFi_Config(), &e, 2);
-                     *id = e.id;
-                     return rc;
-                 },
-                 [](int32_t id, const char *n) {
-                     auto e = named<acl_entry>(n);
-                     e.id = id;
-                     return ModifyAclItem(SC_Get_SC_WiFi_Config(), &e, 2);
-                 },
-                 [](const char *key) { return DelAclItem(SC_Get_SC_WiFi_Config(), key, 2); },
-                 [] { return DelAllAclItem(SC_Get_SC_WiFi_Config(), 2); },
-                 [] { return int(SC_Get_SC_WiFi_Config()->m_radio[2].m_acllist.count); },
-                 [](int slot, int32_t *id) {
-                     auto &e = SC_Get_SC_WiFi_Config()->m_radio[2].m_acllist.element[slot];
-                     *id = e.id;
-                     return std::string(e.name);
-                 }},
+// One list through its public calls: `add` and `modify` take an element, `del` an id text,
+// `list` gives the stored count and elements. Ids and names are the members Id and Name.
+template <typename E, auto Id, auto Name, typename Add, typename Modify, typename Del,
+          typename DelAll, typename List>
+void exercise_list(const char *label, int capacity, Add add, Modify modify, Del del, DelAll del_all,
+                   List list) {
+    SCOPED_TRACE(label);
+    auto element = [](const std::string &name, int32_t id) {
+        E e{};
+        std::snprintf(e.*Name, sizeof(e.*Name), "%s", name.c_str());
+        e.*Id = id;
+        return e;
     };
+    auto added = [&](const std::string &name) { // the result and the id given
+        E e = element(name, 0);
+        int rc = add(&e);
+        return std::pair(rc, int32_t(e.*Id));
+    };
+    auto slot = [&](int i) { // the name and id in a slot
+        E &e = list().second[i];
+        return std::pair(std::string(e.*Name), int32_t(e.*Id));
+    };
+    auto count = [&] { return int(list().first); };
+    // Ids are the smallest unused ones, in the first free slot.
+    for (int i = 0; i < capacity; ++i)
+        ASSERT_EQ(added("e" + std::to_string(i)), std::pair(int(CONFIG_OK), i + 1));
+    EXPECT_EQ(added("one too many").first, CONFIG_ERR_FULL);
+    EXPECT_EQ(count(), capacity);
+
+    // Delete the third: the rest move up, its id is free again and the next add takes it.
+    EXPECT_EQ(del("3"), CONFIG_OK);
+    EXPECT_EQ(count(), capacity - 1);
+    EXPECT_EQ(slot(2), std::pair(std::string("e3"), 4));
+    EXPECT_EQ(slot(capacity - 1), std::pair(std::string(), 0));
+    EXPECT_EQ(added("back"), std::pair(int(CONFIG_OK), 3));
+    EXPECT_EQ(slot(capacity - 1), std::pair(std::string("back"), 3));
+
+    E renamed = element("renamed", 5), absent = element("x", capacity + 7), zero = element("x", 0);
+    EXPECT_EQ(modify(&renamed), CONFIG_OK);
+    EXPECT_EQ(slot(3), std::pair(std::string("renamed"), 5));
+    EXPECT_EQ(modify(&absent), CONFIG_ERR_NO_ID);
+    EXPECT_EQ(modify(&zero), CONFIG_ERR_NO_ID);
+    EXPECT_EQ(del("9999"), CONFIG_ERR_NO_ID);
+    EXPECT_EQ(del(""), CONFIG_ERR_NO_ID);
+    EXPECT_EQ(del(nullptr), CONFIG_ERR_ARGUMENT);
+
+    EXPECT_EQ(del_all(), CONFIG_OK);
+    EXPECT_EQ(count(), 0);
+    // Every operation also reached the stored section.
+    EXPECT_EQ(in_new_process([&] { return count(); }), 0);
 }
 
 class Lists : public ::testing::Test {
@@ -140,47 +71,42 @@ class Lists : public ::testing::Test {
     TempRoot root;
 };
 
+#define RULE_LIST(Name, list, get)                                                                 \
+    exercise_list<list##_rule, &list##_rule::id, &list##_rule::name>(                              \
+        #list, 32, [](list##_rule *e) { return Add##Name##Item(get(), e); },                       \
+        [](list##_rule *e) { return Modify##Name##Item(get(), e); },                               \
+        [](const char *key) { return Del##Name##Item(get(), key); },                               \
+        [] { return DelAll##Name##Item(); },                                                       \
+        [] { return std::pair(get()->list.count, get()->list.element); })
+
 TEST_F(Lists, EveryListFillsToItsCapacityWithUniqueIdsAndKeepsItsCount) {
-    for (const ListCase &l : all_lists()) {
-        SCOPED_TRACE(l.name);
-        std::set<int32_t> ids;
-        for (int i = 0; i < l.capacity; ++i) {
-            int32_t id = 0;
-            ASSERT_EQ(l.add(("e" + std::to_string(i)).c_str(), &id), CONFIG_OK);
-            EXPECT_EQ(id, i + 1); // the smallest unused id, in the first free slot
-            ids.insert(id);
-        }
-        EXPECT_EQ(int(ids.size()), l.capacity);
-        int32_t id = 0;
-        EXPECT_EQ(l.add("one too many", &id), CONFIG_ERR_FULL);
-        EXPECT_EQ(l.count(), l.capacity);
-
-        // Delete the third: the rest move up, its id is free again and the next add takes it.
-        EXPECT_EQ(l.del("3"), CONFIG_OK);
-        EXPECT_EQ(l.count(), l.capacity - 1);
-        int32_t slot_id = 0;
-        EXPECT_EQ(l.slot(2, &slot_id), "e3");
-        EXPECT_EQ(slot_id, 4);
-        EXPECT_EQ(l.slot(l.capacity - 1, &slot_id), "");
-        EXPECT_EQ(slot_id, 0);
-        EXPECT_EQ(l.add("back", &id), CONFIG_OK);
-        EXPECT_EQ(id, 3);
-        EXPECT_EQ(l.slot(l.capacity - 1, &slot_id), "back");
-
-        EXPECT_EQ(l.modify(5, "renamed"), CONFIG_OK);
-        EXPECT_EQ(l.slot(3, &slot_id), "renamed");
-        EXPECT_EQ(slot_id, 5);
-        EXPECT_EQ(l.modify(l.capacity + 7, "x"), CONFIG_ERR_NO_ID);
-        EXPECT_EQ(l.modify(0, "x"), CONFIG_ERR_NO_ID);
-        EXPECT_EQ(l.del("9999"), CONFIG_ERR_NO_ID);
-        EXPECT_EQ(l.del(""), CONFIG_ERR_NO_ID);
-        EXPECT_EQ(l.del(nullptr), CONFIG_ERR_ARGUMENT);
-
-        EXPECT_EQ(l.del_all(), CONFIG_OK);
-        EXPECT_EQ(l.count(), 0);
-        // Every operation also reached the stored section.
-        EXPECT_EQ(in_new_process([&] { return l.count(); }), 0);
-    }
+    RULE_LIST(PortFw, vsipport, SC_Get_VsIpport_System_Config);
+    RULE_LIST(IpFilter, fwipport, SC_Get_FwIpport_System_Config);
+    RULE_LIST(UrlFilter, fwurl, SC_Get_FwUrl_System_Config);
+    RULE_LIST(MacFilter, fwmac, SC_Get_FwMac_System_Config);
+    RULE_LIST(Qos, qos, SC_Get_Qos_System_Config);
+    auto groups = SC_Get_IpGroup_System_Config;
+    exercise_list<ipgroup_entry, &ipgroup_entry::id, &ipgroup_entry::name>(
+        "IP groups", 16, [=](ipgroup_entry *e) { return AddIpGroupItem(groups(), e); },
+        [=](ipgroup_entry *e) { return ModifyIpGroupItem(groups(), e); },
+        [=](const char *key) { return DelIpGroupItem(groups(), nullptr, nullptr, key); },
+        [=] { return DelAllIpGroupItem(groups()); },
+        [=] { return std::pair(groups()->useripgroup.count, groups()->useripgroup.element); });
+    auto clients = SC_Get_Clients_System_Config;
+    exercise_list<client_account, &client_account::m_id, &client_account::m_name>(
+        "client accounts", 300, [=](client_account *e) { return AddClientsItem(clients(), e); },
+        [=](client_account *e) { return ModifyClientsItem(clients(), e); },
+        [=](const char *key) { return DelClientsItem(clients(), key); },
+        [] { return DelAllClientsItem(); },
+        [=] { return std::pair(clients()->count, clients()->m_client); });
+    auto acl = [] { return &SC_Get_SC_WiFi_Config()->m_radio[2].m_acllist; };
+    exercise_list<acl_entry, &acl_entry::id, &acl_entry::name>(
+        "radio 2 access list", 32,
+        [](acl_entry *e) { return AddAclItem(SC_Get_SC_WiFi_Config(), e, 2); },
+        [](acl_entry *e) { return ModifyAclItem(SC_Get_SC_WiFi_Config(), e, 2); },
+        [](const char *key) { return DelAclItem(SC_Get_SC_WiFi_Config(), key, 2); },
+        [] { return DelAllAclItem(SC_Get_SC_WiFi_Config(), 2); },
+        [=] { return std::pair(acl()->count, acl()->element); });
 }
 
 TEST_F(Lists, OperationsOnListsThatShareASectionLeaveEachOtherAlone) {

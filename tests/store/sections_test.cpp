@@ -47,7 +47,7 @@ TEST_F(Sections, FactoryDefaultsComeFromTheDefaultsFileWithVersionAndLockFile) {
     EXPECT_EQ(clients->config_ver.main_version, 1);
 }
 
-TEST_F(Sections, PlainSaversWriteMemoryFlashSaversBothAndARebootKeepsOnlyFlash) {
+TEST_F(Sections, SaversRebootAndReset) {
     lan_config *lan = SC_Get_Lan_System_Config();
     lan->stp = 7;
     ASSERT_EQ(SC_Save_System_Lan_Config2Flash(lan), CONFIG_OK);
@@ -64,9 +64,8 @@ TEST_F(Sections, PlainSaversWriteMemoryFlashSaversBothAndARebootKeepsOnlyFlash) 
     ASSERT_EQ(SC_Reset_Config("lan"), CONFIG_OK);
     EXPECT_FALSE(wmtest::file_exists(flash_copy(root, "lan")));
     EXPECT_EQ(stored_stp(), 1); // the defaults file's value
-}
 
-TEST_F(Sections, ResetAllReturnsEverySectionToItsDefaults) {
+    // Resetting all returns every section to its defaults.
     SC_Get_Misc_System_Config()->enable_telnet = 1;
     ASSERT_EQ(SC_Save_System_Misc_Config2Flash(SC_Get_Misc_System_Config()), CONFIG_OK);
     SC_Get_Update_System_Config()->m_hour = 3;
