@@ -291,31 +291,11 @@ TEST_P(RuleListForms, ElementLifecycle) {
 
 // A full list: the store's code passes through the form unchanged.
 TEST_P(RuleListForms, FullListPassesTheStoresCode) {
-    const ListCase &c = GetParam();
-    auto r = wmtest::run_in_child([&] {
-        rule_config_set set = fetch_records();
-        set.misc->need_filter_firewall = 1;
-        for (int k = 1; k <= c.capacity + 1; ++k) {
-            // The pairs a page sends, cut in place: "name" and the content variables.
-            std::string body = "name=n" + std::to_string(k) + "&" + c.content(k);
-            std::vector<form_pair> pairs;
-            for (char *p = body.data(); p;) {
-                char *amp = std::strchr(p, '&'), *eq = std::strchr(p, '=');
-                if (amp) *amp = '\0';
-                *eq = '\0';
-                pairs.push_back({p, eq + 1});
-                p = amp ? amp + 1 : nullptr;
-            }
-            std::printf("%d ", c.element(set, 0, pairs.data(), int(pairs.size())));
-        }
-        return 0;
-    });
-    std::string expect;
-    for (int k = 1; k <= c.capacity; ++k)
-        expect += "0 ";
-    expect += std::to_string(CONFIG_ERR_FULL) + " ";
-    EXPECT_EQ(r.out, expect);
-    EXPECT_EQ(elements(c).size(), size_t(c.capacity));
+    const int capacity = GetParam().capacity;
+    for (int k = 1; k <= capacity; ++k)
+        ASSERT_EQ(add("n" + std::to_string(k), k), CONFIG_OK) << k;
+    EXPECT_EQ(add("more", capacity + 1), CONFIG_ERR_FULL);
+    EXPECT_EQ(elements(GetParam()).size(), size_t(capacity));
 }
 
 INSTANTIATE_TEST_SUITE_P(SevenLists, RuleListForms, ::testing::ValuesIn(list_cases()),
