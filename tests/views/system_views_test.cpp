@@ -44,6 +44,7 @@ std::unique_ptr<misc_config> misc(Case c) {
     m->sys_user.userpwd_encrypt = full ? 1 : 255;
     m->sys_user.userpwd_encrypt_type = full ? 2 : 255;
     m->sys_actimer.sys_ac_discovery_timeout = full ? 30 : 255;
+    m->sys_actimer.sys_ac_echo_interval = full ? 10 : 255;
     m->sys_dzm.dmz_enable = 1;
     m->sys_log.log_enable = 1;
     m->sys_log.remote_log_enable = full ? 1 : 255;
@@ -70,8 +71,10 @@ std::unique_ptr<misc_config> misc(Case c) {
     text(c, m->sys_actimer.resved, "t", 'f');
     text(c, m->sys_dzm.dmz_host, "192.168.1.50", 'g');
     text(c, m->sys_dzm.resved, "z", 'h');
+    text(c, m->sys_log.remote_log_server_host, "log.example.net", 'i');
     text(c, m->sys_log.resved, "l", 'j');
     text(c, m->sys_ntp.ntp_tz, "CST-8", 'k');
+    text(c, m->sys_ntp.ntp_server_addr, "ntp.example.net", 'l');
     text(c, m->sys_ntp.resved, "n", 'm');
     text(c, m->sys_remote.subdomain, "gw.remote", 'n');
     text(c, m->sys_remote.web_url, "http://gw.remote/x", 'o');
@@ -131,7 +134,6 @@ const Expect kExpected[] = {
     {"ProductInfo", Case::Edge, "device_cpu", std::string(10, 'C')},
     {"ProductInfo", Case::Edge, "dev_opmode", "-2147483648"},
     {"Misc", Case::Defaults, "sys_user.rootname", "admin"},
-    {"Misc", Case::Defaults, "sys_ntp.ntp_server_addr", "pool.ntp.org"},
     {"Misc", Case::Full, "sys_user.userpwd", ""}, // never printed, whatever is stored
     {"Misc", Case::Edge, "sys_user.userpwd", ""},
     {"Misc", Case::Edge, "sys_user.root_type", "4294967295"}, // %u
@@ -140,10 +142,8 @@ const Expect kExpected[] = {
     {"Misc", Case::Full, "enable_telnet", "0"},
     {"Misc", Case::Full, "sys_cloud.location_y", "-3.25"},
     {"Misc", Case::Edge, "sys_dzm.dmz_host", std::string(20, 'g')},
-    {"Misc", Case::Edge, "sys_actimer.sys_ac_echo_interval", "255"},
     {"Misc", Case::Edge, "resved", std::string(490, 'z')},
     {"Dmz", Case::Full, "sys_dzm.dmz_host", "192.168.1.50"},
-    {"Dmz", Case::Full, "sys_log.remote_log_server_host", "log.example.net"},
     {"DDNS", Case::Edge, "sys_ddns.domain", std::string(128, 'y')},
     {"NAT", Case::Defaults, "sys_nat.enable", "1"},
     {"kvr", Case::Defaults, "sys_roaming.m_kvr_2g_rssi_thr", "-75"},
