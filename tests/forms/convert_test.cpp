@@ -10,216 +10,115 @@
 
 namespace {
 
-constexpr unsigned char kGuard = 0xA5;
+constexpr char kGuard = '\xA5', kPreset = '\x5A';
 
-// A member of N bytes between two guard zones, preset to `fill`.
-template <size_t N> struct Guarded {
-    unsigned char before[16];
-    unsigned char member[N];
-    unsigned char after[16];
-    explicit Guarded(unsigned char fill = 0x5A) {
-        std::memset(before, kGuard, sizeof before);
-        std::memset(member, fill, sizeof member);
-        std::memset(after, kGuard, sizeof after);
-    }
-    bool guards_intact() const {
-        for (unsigned char c : before)
-            if (c != kGuard) return false;
-        for (unsigned char c : after)
-            if (c != kGuard) return false;
-        return true;
-    }
-    std::string bytes() const { return std::string(reinterpret_cast<const char *>(member), N); }
-};
-
-template <size_t N> field_desc row(int16_t code, Guarded<N> &g, uint16_t size = N) {
-    field_desc r;
-    std::memset(&r, 0, sizeof r);
-    std::strcpy(r.name, "v");
-    r.address = g.member;
-    r.type = code;
-    r.size = size;
-    return r;
+// A member's bytes as the target stores a number of type T.
+template <typename T> std::string bytes_of(T v) {
+    return std::string(reinterpret_cast<const char *>(&v), sizeof v);
 }
-
-template <typename T, size_t N> T read_as(const Guarded<N> &g, size_t offset = 0) {
-    T v;
-    std::memcpy(&v, g.member + offset, sizeof v);
-    return v;
+std::string v6(const char *text) { // the reference parse: inet_pton
+    unsigned char a[16];
+    EXPECT_EQ(inet_pton(AF_INET6, text, a), 1) << text;
+    return std::string(reinterpret_cast<const char *>(a), 16);
 }
+const std::string kKeep4(4, kPreset), kKeep8(8, kPreset), kNul8(8, '\0');
 
-struct NumberCase {
+struct Case {
     int16_t code;
+    uint16_t size; // the row's member size
     const char *value;
-    int64_t stored; // as the member's width reads it back
+    std::string stored; // the first bytes of the member afterwards; the rest stays as preset
 };
 
-// Codes 1, 3, 7, 9: 32 bits; 2, 11: the low 16 bits; 8: 64 bits. Unparsable text is 0.
-TEST(SaveDataBase, NumberCodesStoreTheirWidthOnly) {
-    const NumberCase cases[] = {
-        {1, "42", 42},
-        {1, "-7", -7},
-        {1, "12abc", 12},
-        {1, "abc", 0},
-        {9, "2147483647", 2147483647},
-        {3, "123456789", 123456789},
-        {7, "-5", -5},
-        {2, "70000", 4464},
-        {2, "-1", -1},
-        {11, "65535", -1},
-        {11, "300", 300},
-        {8, "9000000000", 9000000000LL},
-        {8, "-9000000000", -9000000000LL},
-    };
-    for (const NumberCase &c : cases) {
-        SCOPED_TRACE(std::string("code ") + std::to_string(c.code) + " value " + c.value);
-        Guarded<8> g(0x33);
-        save_data_base(row(c.code, g,
-                           c.code == 8                   ? 8
-                           : c.code == 2 || c.code == 11 ? 2
-                                                         : 4),
-                       c.value);
-        int64_t got = c.code == 8                   ? read_as<int64_t>(g)
-                      : c.code == 2 || c.code == 11 ? read_as<int16_t>(g)
-                                                    : read_as<int32_t>(g);
-        EXPECT_EQ(got, c.stored);
-        size_t width = c.code == 8 ? 8 : c.code == 2 || c.code == 11 ? 2 : 4;
-        for (size_t i = width; i < 8; ++i)
-            EXPECT_EQ(g.member[i], 0x33) << "byte " << i << " beyond the member changed";
-        EXPECT_TRUE(g.guards_intact());
-    }
-}
-
-TEST(SaveDataBase, IgnoredCodesAndNarrowMembersChangeNothing) {
-    struct Case {
-        int16_t code;
-        uint16_t size;
-    } cases[] = {{0, 4}, {13, 4}, {-1, 4}, {1, 2}, {8, 4}, {6, 4}, {10, 5}, {12, 16}, {2, 1}};
-    for (const Case &c : cases) {
-        SCOPED_TRACE(std::to_string(c.code) + "/" + std::to_string(c.size));
-        Guarded<28> g(0x77);
-        std::string before = g.bytes();
-        save_data_base(row(c.code, g, c.size), "1");
-        EXPECT_EQ(g.bytes(), before);
-        EXPECT_TRUE(g.guards_intact());
-    }
-    Guarded<4> g(0x77);
-    std::string before = g.bytes();
-    save_data_base(row(1, g), nullptr);
-    field_desc no_member = row(1, g);
-    no_member.address = nullptr;
-    save_data_base(no_member, "5");
-    EXPECT_EQ(g.bytes(), before);
-}
-
-struct TextCase {
-    int16_t code;
-    const char *value;
-    std::string stored; // all 8 bytes of the member
+// Numbers: codes 1, 3, 7, 9 store 32 bits, 2 and 11 the low 16, 8 all 64; unparsable text is
+// 0. Code 4 copies the value cut to the member (terminated); code 5 is strncpy, so a value as
+// long as the member fills it without terminator; both clear it first. A text member of 0 or
+// 1 bytes takes a one-byte number. Code 6: inet_addr's result (all ones when invalid) in the
+// second word. Code 12: the 16 address bytes after the two leading words; a bad text changes
+// nothing. Code 10: the member is cleared, then parsed as a MAC. Unknown codes and members
+// narrower than the code's width are left alone.
+const Case kCases[] = {
+    {1, 4, "42", bytes_of<int32_t>(42)},
+    {1, 4, "-7", bytes_of<int32_t>(-7)},
+    {1, 4, "12abc", bytes_of<int32_t>(12)},
+    {1, 4, "abc", bytes_of<int32_t>(0)},
+    {9, 4, "2147483647", bytes_of<int32_t>(2147483647)},
+    {3, 4, "123456789", bytes_of<int32_t>(123456789)},
+    {7, 4, "-5", bytes_of<int32_t>(-5)},
+    {2, 2, "70000", bytes_of<int16_t>(4464)},
+    {2, 2, "-1", bytes_of<int16_t>(-1)},
+    {11, 2, "65535", bytes_of<int16_t>(-1)},
+    {11, 2, "300", bytes_of<int16_t>(300)},
+    {8, 8, "9000000000", bytes_of<int64_t>(9000000000LL)},
+    {8, 8, "-9000000000", bytes_of<int64_t>(-9000000000LL)},
+    {4, 8, "abc", std::string("abc\0\0\0\0\0", 8)},
+    {4, 8, "abcdefg", std::string("abcdefg\0", 8)},
+    {4, 8, "abcdefgh", std::string("abcdefg\0", 8)},
+    {4, 8, "a much longer value than eight", std::string("a much \0", 8)},
+    {4, 8, "", kNul8},
+    {5, 8, "abc", std::string("abc\0\0\0\0\0", 8)},
+    {5, 8, "abcdefgh", "abcdefgh"},
+    {5, 8, "abcdefghijk", "abcdefgh"},
+    {5, 8, "", kNul8},
+    {4, 0, "258", "\x02"},
+    {4, 1, "258", "\x02"},
+    {5, 0, "258", "\x02"},
+    {5, 1, "258", "\x02"},
+    {6, 16, "192.168.1.1", kKeep4 + "\xC0\xA8\x01\x01"},
+    {6, 16, "0.0.0.0", kKeep4 + std::string(4, '\0')},
+    {6, 16, "255.255.255.255", kKeep4 + std::string(4, '\xFF')},
+    {6, 16, "not an address", kKeep4 + std::string(4, '\xFF')},
+    {6, 16, "", kKeep4 + std::string(4, '\xFF')},
+    {6, 16, "1.2.3.4.5", kKeep4 + std::string(4, '\xFF')},
+    {12, 28, "2001:db8::1", kKeep8 + v6("2001:db8::1")},
+    {12, 28, "::", kKeep8 + v6("::")},
+    {12, 28, "fe80::1:2:3:4", kKeep8 + v6("fe80::1:2:3:4")},
+    {12, 28, "::ffff:192.168.0.1", kKeep8 + v6("::ffff:192.168.0.1")},
+    {12, 28, "2001:db8::1::2", ""},
+    {12, 28, "192.168.0.1", ""},
+    {12, 28, "", ""},
+    {10, 6, "00:1A:2b:3C:4d:5E", std::string("\x00\x1A\x2B\x3C\x4D\x5E", 6)},
+    {10, 6, "001A2B3C4D5E", std::string("\x00\x1A\x2B\x3C\x4D\x5E", 6)},
+    {10, 6, "FF-FF-FF-FF-FF-FF", std::string(6, '\xFF')},
+    {10, 6, "garbage", std::string(6, '\0')},
+    {0, 4, "1", ""},
+    {13, 4, "1", ""},
+    {-1, 4, "1", ""},
+    {1, 2, "1", ""},
+    {8, 4, "1", ""},
+    {6, 4, "1", ""},
+    {10, 5, "1", ""},
+    {12, 16, "1", ""},
+    {2, 1, "1", ""},
 };
 
-// Code 4 copies the value cut to the member (terminated); code 5 is strncpy over the member,
-// so a value of 8 characters or more fills it without a terminator. Both clear it first.
-TEST(SaveDataBase, TextCodesAreBoundedByTheMember) {
-    const TextCase cases[] = {
-        {4, "abc", std::string("abc\0\0\0\0\0", 8)},
-        {4, "abcdefg", std::string("abcdefg\0", 8)},
-        {4, "abcdefgh", std::string("abcdefg\0", 8)},
-        {4, "a much longer value than eight", std::string("a much \0", 8)},
-        {4, "", std::string(8, '\0')},
-        {5, "abc", std::string("abc\0\0\0\0\0", 8)},
-        {5, "abcdefgh", "abcdefgh"},
-        {5, "abcdefghijk", "abcdefgh"},
-        {5, "", std::string(8, '\0')},
-    };
-    for (const TextCase &c : cases) {
-        SCOPED_TRACE(std::string("code ") + std::to_string(c.code) + " value " + c.value);
-        Guarded<8> g(0x5A);
-        save_data_base(row(c.code, g), c.value);
-        EXPECT_EQ(g.bytes(), c.stored);
-        EXPECT_TRUE(g.guards_intact());
+TEST(SaveDataBase, EveryCodeStaysInsideItsMember) {
+    for (const Case &c : kCases) {
+        SCOPED_TRACE("code " + std::to_string(c.code) + " size " + std::to_string(c.size) +
+                     " value '" + c.value + "'");
+        char zone[16 + 32 + 16];
+        std::memset(zone, kGuard, sizeof zone);
+        std::memset(zone + 16, kPreset, 32);
+        field_desc row{};
+        std::strcpy(row.name, "v");
+        row.address = zone + 16;
+        row.type = c.code;
+        row.size = c.size;
+        save_data_base(row, c.value);
+        std::string expect = std::string(16, kGuard) + c.stored +
+                             std::string(32 - c.stored.size(), kPreset) + std::string(16, kGuard);
+        EXPECT_EQ(std::string(zone, sizeof zone), expect);
     }
-}
-
-// A text member of 0 or 1 bytes is a one-byte number (a switch or a small mode).
-TEST(SaveDataBase, OneByteTextMembersTakeANumber) {
-    for (int16_t code : {4, 5}) {
-        for (uint16_t size : {0, 1}) {
-            Guarded<4> g(0x11);
-            save_data_base(row(code, g, size), "258");
-            EXPECT_EQ(g.member[0], 2) << code << "/" << size; // 258 in one byte
-            EXPECT_EQ(g.member[1], 0x11);
-            EXPECT_TRUE(g.guards_intact());
-        }
-    }
-}
-
-// Code 6: inet_addr's result (all ones for an invalid text and for 255.255.255.255) in the
-// second word; the leading word and the rest of the address member stay.
-TEST(SaveDataBase, Ipv4GoesToTheSecondWord) {
-    struct Case {
-        const char *value;
-        uint32_t v4; // network order
-    } cases[] = {
-        {"192.168.1.1", htonl(0xC0A80101)}, {"0.0.0.0", 0},
-        {"10.0.0.255", htonl(0x0A0000FF)},  {"255.255.255.255", 0xFFFFFFFF},
-        {"not an address", 0xFFFFFFFF},     {"", 0xFFFFFFFF},
-        {"1.2.3.4.5", 0xFFFFFFFF},
-    };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.value);
-        Guarded<sizeof(ipaddr_field)> g(0x66);
-        save_data_base(row(6, g), c.value);
-        EXPECT_EQ(read_as<uint32_t>(g, 0), 0x66666666u);
-        EXPECT_EQ(read_as<uint32_t>(g, 4), c.v4);
-        EXPECT_EQ(g.bytes().substr(8), std::string(8, '\x66'));
-        EXPECT_TRUE(g.guards_intact());
-    }
-}
-
-// Code 12: the 16 address bytes 8 bytes into the member; a bad text leaves it untouched.
-TEST(SaveDataBase, Ipv6GoesAfterTheTwoLeadingWords) {
-    const char *good[] = {"2001:db8::1", "::", "fe80::1:2:3:4", "::ffff:192.168.0.1"};
-    for (const char *text : good) {
-        SCOPED_TRACE(text);
-        Guarded<sizeof(ip6addr_field)> g(0x44);
-        save_data_base(row(12, g), text);
-        unsigned char expect[16];
-        ASSERT_EQ(inet_pton(AF_INET6, text, expect), 1);
-        EXPECT_EQ(g.bytes().substr(0, 8), std::string(8, '\x44'));
-        EXPECT_EQ(g.bytes().substr(8, 16), std::string(reinterpret_cast<char *>(expect), 16));
-        EXPECT_EQ(g.bytes().substr(24), std::string(4, '\x44'));
-        EXPECT_TRUE(g.guards_intact());
-    }
-    const char *bad[] = {"2001:db8::1::2", "192.168.0.1", "", "gggg::"};
-    for (const char *text : bad) {
-        SCOPED_TRACE(text);
-        Guarded<sizeof(ip6addr_field)> g(0x44);
-        std::string before = g.bytes();
-        save_data_base(row(12, g), text);
-        EXPECT_EQ(g.bytes(), before);
-    }
-}
-
-// Code 10: the member is cleared, then str2mac parses the text into it.
-TEST(SaveDataBase, MacIsClearedThenParsed) {
-    struct Case {
-        const char *value;
-        std::string stored;
-    } cases[] = {
-        {"00:1A:2b:3C:4d:5E", std::string("\x00\x1A\x2B\x3C\x4D\x5E", 6)},
-        {"001A2B3C4D5E", std::string("\x00\x1A\x2B\x3C\x4D\x5E", 6)},
-        {"FF-FF-FF-FF-FF-FF", std::string(6, '\xFF')},
-        {"garbage", std::string(6, '\0')},
-        {"", std::string(6, '\0')},
-    };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.value);
-        Guarded<6> g(0x99);
-        save_data_base(row(10, g), c.value);
-        EXPECT_EQ(g.bytes(), c.stored);
-        EXPECT_TRUE(g.guards_intact());
-    }
+    // No value, or no member: nothing changes.
+    char member[4] = {1, 2, 3, 4};
+    field_desc row{};
+    row.address = member;
+    row.type = 1;
+    row.size = 4;
+    save_data_base(row, nullptr);
+    row.address = nullptr;
+    save_data_base(row, "5");
+    EXPECT_EQ(std::string(member, 4), std::string("\1\2\3\4", 4));
 }
 
 } // namespace

@@ -14,11 +14,7 @@ using wmtest::TempRoot;
 
 namespace {
 
-template <typename T> std::unique_ptr<T> zeroed() {
-    auto p = std::make_unique<T>();
-    std::memset(p.get(), 0, sizeof(T));
-    return p;
-}
+// Records come from std::make_unique<T>(): value-initialised, all zero.
 
 template <size_t N> void set_text(char (&dst)[N], const std::string &s) {
     std::memset(dst, 0, N);
@@ -31,14 +27,14 @@ uint32_t ip(const char *dotted) {
 
 // A record of each list kind with slot 1 (index) bearing `name` under id 5.
 struct Lists {
-    std::unique_ptr<timegroup_config> timegroup = zeroed<timegroup_config>();
-    std::unique_ptr<ipport_config> ipgroup = zeroed<ipport_config>();
-    std::unique_ptr<qos_config> qos = zeroed<qos_config>();
-    std::unique_ptr<fwurl_config> fwurl = zeroed<fwurl_config>();
-    std::unique_ptr<fwmac_config> fwmac = zeroed<fwmac_config>();
-    std::unique_ptr<fwipport_config> fwipport = zeroed<fwipport_config>();
-    std::unique_ptr<vsipport_config> vsipport = zeroed<vsipport_config>();
-    std::unique_ptr<wifi_acllist> acl = zeroed<wifi_acllist>();
+    std::unique_ptr<timegroup_config> timegroup = std::make_unique<timegroup_config>();
+    std::unique_ptr<ipport_config> ipgroup = std::make_unique<ipport_config>();
+    std::unique_ptr<qos_config> qos = std::make_unique<qos_config>();
+    std::unique_ptr<fwurl_config> fwurl = std::make_unique<fwurl_config>();
+    std::unique_ptr<fwmac_config> fwmac = std::make_unique<fwmac_config>();
+    std::unique_ptr<fwipport_config> fwipport = std::make_unique<fwipport_config>();
+    std::unique_ptr<vsipport_config> vsipport = std::make_unique<vsipport_config>();
+    std::unique_ptr<wifi_acllist> acl = std::make_unique<wifi_acllist>();
 
     template <typename Slot> static void name_slot(Slot &s, int id, const std::string &name) {
         s.id = id;
@@ -60,33 +56,20 @@ struct Lists {
               fwmac->lock_file, fwipport->lock_file, vsipport->lock_file})
             std::strcpy(lock, path.c_str());
     }
-    const void *of_kind(int kind) const {
-        switch (kind) {
-        case 1:
-            return timegroup.get();
-        case 2:
-            return ipgroup.get();
-        case 3:
-            return qos.get();
-        case 4:
-            return fwurl.get();
-        case 5:
-            return fwmac.get();
-        case 6:
-            return fwipport.get();
-        case 7:
-            return vsipport.get();
-        default:
-            return acl.get();
-        }
+    const void *of_kind(int kind) const { // the access list (8) for any other kind
+        const void *all[] = {acl.get(),   timegroup.get(), ipgroup.get(),  qos.get(),
+                             fwurl.get(), fwmac.get(),     fwipport.get(), vsipport.get()};
+        return all[kind >= 1 && kind <= 7 ? kind : 0];
     }
 };
 
-// Kinds 1, 2, 4 to 8 compare names; QoS (3) never finds a duplicate.
+// Kinds 1, 2, 4 to 8 compare names; QoS (3) never finds a duplicate. The rule lists scan
+// 32 slots, the groups 16. The check creates the list's lock file.
 TEST(FilterateName, NamesPerKind) {
     TempRoot root;
     Lists l;
-    l.lock_all(root.path("/var/list.lock"));
+    std::string lock = root.path("/var/list.lock");
+    l.lock_all(lock);
     l.name_everywhere(1, 5, "office");
     l.name_everywhere(3, 0, "empty slot"); // id 0: an unused slot never collides
     l.name_everywhere(WEBMGMT_GROUP_COUNT - 1, 9, "last group slot");
@@ -109,64 +92,44 @@ TEST(FilterateName, NamesPerKind) {
                       kind == 3 ? 0 : c.expect);
         }
     }
-}
-
-// The rule lists have 32 slots, the groups 16: a name past slot 16 counts only in the first.
-TEST(FilterateName, ScansTheKindsSlotCount) {
-    TempRoot root;
-    Lists l;
-    l.lock_all(root.path("/var/list.lock"));
+    EXPECT_TRUE(wmtest::file_exists(lock));
     Lists::name_slot(l.fwurl->fwurl.element[31], 40, "far");
     Lists::name_slot(l.vsipport->vsipport.element[31], 40, "far");
     EXPECT_EQ(filterate_name(l.fwurl.get(), "far", 0, 4), -1);
     EXPECT_EQ(filterate_name(l.vsipport.get(), "far", 0, 7), -1);
-    EXPECT_EQ(filterate_name(l.qos.get(), "far", 0, 3), 0);
 }
 
 // A lock file that cannot be opened, and an unknown kind (whose path stays empty), print the
-// message and count as a duplicate. The access-list kind opens nothing.
+// message and count as a duplicate; a lock-file member full to its last byte is read no
+// further than the member. The access-list kind opens nothing.
 TEST(FilterateName, LockFailuresAreDuplicates) {
     TempRoot root;
     Lists l;
-    std::string missing = root.path("/no/such/dir/list.lock");
+    std::string missing = root.path("/no/such/dir/list.lock"), dir = root.path("/no/such/");
     l.lock_all(missing);
-    auto r = wmtest::run_in_child(
-        [&] { return filterate_name(l.fwurl.get(), "free", 0, 4) == -1 ? 0 : 1; });
-    EXPECT_EQ(r.exit_code(), 0);
-    EXPECT_EQ(r.out, "Cannot Lock file " + missing);
-
-    for (int kind : {0, 9, -1}) {
-        auto u = wmtest::run_in_child(
-            [&] { return filterate_name(l.fwurl.get(), "free", 0, kind) == -1 ? 0 : 1; });
-        EXPECT_EQ(u.exit_code(), 0) << kind;
-        EXPECT_EQ(u.out, "Cannot Lock file ") << kind;
-    }
-    auto acl = wmtest::run_in_child([&] { return filterate_name(l.acl.get(), "free", 0, 8); });
-    EXPECT_EQ(acl.exit_code(), 0);
-    EXPECT_EQ(acl.out, "");
-    EXPECT_FALSE(wmtest::file_exists(missing));
-}
-
-// A lock-file member filled to its last byte is read no further than the member.
-TEST(FilterateName, FullWidthLockPathIsBounded) {
-    TempRoot root;
-    Lists l;
-    std::string dir = root.path("/no/such/");
     ASSERT_LT(dir.size(), 100u);
     std::memset(l.qos->lock_file, 'x', sizeof l.qos->lock_file);
     std::memcpy(l.qos->lock_file, dir.data(), dir.size());
-    auto r = wmtest::run_in_child([&] { return filterate_name(l.qos.get(), "a", 0, 3) + 10; });
-    EXPECT_EQ(r.exit_code(), 9);
-    EXPECT_EQ(r.out, "Cannot Lock file " + dir + std::string(127 - dir.size(), 'x'));
-}
-
-TEST(FilterateName, CreatesTheLockFile) {
-    TempRoot root;
-    Lists l;
-    std::string path = root.path("/var/made.lock");
-    l.lock_all(path);
-    EXPECT_EQ(filterate_name(l.ipgroup.get(), "x", 0, 2), 0);
-    EXPECT_TRUE(wmtest::file_exists(path));
+    std::string message = "Cannot Lock file ";
+    struct Case {
+        const void *list;
+        int kind, result;
+        std::string out;
+    } cases[] = {
+        {l.fwurl.get(), 4, -1, message + missing},
+        {l.fwurl.get(), 0, -1, message},
+        {l.fwurl.get(), 9, -1, message},
+        {l.fwurl.get(), -1, -1, message},
+        {l.acl.get(), 8, 0, ""},
+        {l.qos.get(), 3, -1, message + dir + std::string(127 - dir.size(), 'x')},
+    };
+    for (const Case &c : cases) {
+        auto r =
+            wmtest::run_in_child([&] { return filterate_name(c.list, "free", 0, c.kind) + 10; });
+        EXPECT_EQ(r.exit_code(), c.result + 10) << c.kind;
+        EXPECT_EQ(r.out, c.out) << c.kind;
+    }
+    EXPECT_FALSE(wmtest::file_exists(missing));
 }
 
 TEST(FilterateHelpers, ProtocolAndRange) {
@@ -182,7 +145,7 @@ TEST(FilterateHelpers, ProtocolAndRange) {
 // Port forwarding: same inner address, external and internal ranges; the protocol is not
 // compared; the item's own id and empty slots are skipped.
 TEST(ContentFilters, PortForwarding) {
-    auto list = zeroed<vsipport_config>();
+    auto list = std::make_unique<vsipport_config>();
     vsipport_rule &s = list->vsipport.element[2];
     s.id = 4;
     s.devip.v4 = ip("192.168.1.20");
@@ -217,7 +180,7 @@ TEST(ContentFilters, PortForwarding) {
 }
 
 TEST(ContentFilters, IpAndTimeGroups) {
-    auto groups = zeroed<ipport_config>();
+    auto groups = std::make_unique<ipport_config>();
     ipgroup_entry &g = groups->useripgroup.element[15];
     g.id = 3;
     g.startip.v4 = ip("10.0.0.1");
@@ -229,7 +192,7 @@ TEST(ContentFilters, IpAndTimeGroups) {
     std::strcpy(gi.end_ip, "10.0.0.51");
     EXPECT_EQ(filterate_ipgroup_data(groups.get(), &gi), 0);
 
-    auto times = zeroed<timegroup_config>();
+    auto times = std::make_unique<timegroup_config>();
     timegroup_entry &t = times->usertimegroup.element[0];
     t.id = 2;
     t.weekday1 = t.weekday3 = 1;
@@ -253,7 +216,7 @@ TEST(ContentFilters, IpAndTimeGroups) {
 // The schedule of a rule comes from its time group (the last group with the id wins) or
 // from its own flags and times; two "always" rules have equal schedules at once.
 TEST(Schedules, FromGroupsAndOwnFields) {
-    auto times = zeroed<timegroup_config>();
+    auto times = std::make_unique<timegroup_config>();
     times->usertimegroup.count = 3;
     timegroup_entry *e = times->usertimegroup.element;
     e[0].id = 7;
@@ -298,7 +261,7 @@ TEST(Schedules, FromGroupsAndOwnFields) {
 }
 
 struct FilterFixture {
-    std::unique_ptr<timegroup_config> times = zeroed<timegroup_config>();
+    std::unique_ptr<timegroup_config> times = std::make_unique<timegroup_config>();
     rule_config_set config{};
     FilterFixture() {
         times->usertimegroup.count = 1;
@@ -315,7 +278,7 @@ struct FilterFixture {
 // Unlike the other filters, a slot with id 0 is compared; negative ids are skipped.
 TEST(ContentFilters, IpPortFilterWithSchedules) {
     FilterFixture f;
-    auto list = zeroed<fwipport_config>();
+    auto list = std::make_unique<fwipport_config>();
     fwipport_rule &s = list->fwipport.element[5];
     s.id = 11;
     s.protocol = 6;
@@ -332,41 +295,34 @@ TEST(ContentFilters, IpPortFilterWithSchedules) {
     item.endport = 21;
     std::strcpy(item.startip, "192.168.0.10");
     std::strcpy(item.endip, "192.168.0.20");
-    // Own schedule equal to group 4's: a duplicate.
-    item.timecontrol = 2;
+    item.timecontrol = 2; // an own schedule equal to group 4's
     item.weekday[5] = item.weekday[6] = 1;
     std::strcpy(item.start_time, "10:00");
     std::strcpy(item.end_time, "12:00");
-    EXPECT_EQ(filterate_fwipport_data(list.get(), &item, &f.config), -1);
-    // The group itself: a duplicate.
-    fwipport_item by_group = item;
-    by_group.timecontrol = 1;
-    by_group.timegroup_id = 4;
-    EXPECT_EQ(filterate_fwipport_data(list.get(), &by_group, &f.config), -1);
-    // "Always" against a scheduled rule: the item's own (empty) schedule is compared.
-    fwipport_item always = item;
-    always.timecontrol = 0;
-    std::memset(always.weekday, 0, sizeof always.weekday);
-    EXPECT_EQ(filterate_fwipport_data(list.get(), &always, &f.config), 0);
-    // ... so an "always" item that still carries the same own schedule is a duplicate.
-    always = item;
-    always.timecontrol = 0;
-    EXPECT_EQ(filterate_fwipport_data(list.get(), &always, &f.config), -1);
-    // Each compared field.
-    fwipport_item other = item;
-    other.endport = 22;
-    EXPECT_EQ(filterate_fwipport_data(list.get(), &other, &f.config), 0);
-    other = item;
-    other.protocol = 17;
-    EXPECT_EQ(filterate_fwipport_data(list.get(), &other, &f.config), 0);
-    other = item;
-    std::strcpy(other.endip, "192.168.0.21");
-    EXPECT_EQ(filterate_fwipport_data(list.get(), &other, &f.config), 0);
-    // The element's own slot is skipped, a negative id too.
-    other = item;
-    other.id = 11;
-    EXPECT_EQ(filterate_fwipport_data(list.get(), &other, &f.config), 0);
-    s.id = -1;
+    using Change = void (*)(fwipport_item &);
+    struct Case {
+        const char *what;
+        Change change;
+        int expect;
+    } cases[] = {
+        {"the same own schedule", [](fwipport_item &) {}, -1},
+        {"the group itself", [](fwipport_item &i) { i.timecontrol = 1, i.timegroup_id = 4; }, -1},
+        // "Always" compares the item's own schedule: empty, it differs; kept, it matches.
+        {"always, no own days",
+         [](fwipport_item &i) { i.timecontrol = 0, std::memset(i.weekday, 0, sizeof i.weekday); },
+         0},
+        {"always, own days kept", [](fwipport_item &i) { i.timecontrol = 0; }, -1},
+        {"other end port", [](fwipport_item &i) { i.endport = 22; }, 0},
+        {"other protocol", [](fwipport_item &i) { i.protocol = 17; }, 0},
+        {"other end address", [](fwipport_item &i) { std::strcpy(i.endip, "192.168.0.21"); }, 0},
+        {"its own slot", [](fwipport_item &i) { i.id = 11; }, 0},
+    };
+    for (const Case &c : cases) {
+        fwipport_item changed = item;
+        c.change(changed);
+        EXPECT_EQ(filterate_fwipport_data(list.get(), &changed, &f.config), c.expect) << c.what;
+    }
+    s.id = -1; // a negative id is skipped
     EXPECT_EQ(filterate_fwipport_data(list.get(), &item, &f.config), 0);
     // An empty slot (id 0, always, all zero) matches an all-zero "always" item: deliberate.
     fwipport_item zero{};
@@ -378,7 +334,7 @@ TEST(ContentFilters, IpPortFilterWithSchedules) {
 
 TEST(ContentFilters, MacFilterWithSchedules) {
     FilterFixture f;
-    auto list = zeroed<fwmac_config>();
+    auto list = std::make_unique<fwmac_config>();
     for (auto &slot : list->fwmac.element)
         slot.id = -1; // no slot compared unless set below
     fwmac_rule &s = list->fwmac.element[31];

@@ -6,11 +6,15 @@
 
 #include <arpa/inet.h>
 
+#include <algorithm>
+
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <map>
 #include <memory>
+#include <span>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -19,6 +23,11 @@
 #include "webmgmt.h"
 
 namespace viewtest {
+
+// The records every view is printed for: factory defaults, every slot and member filled,
+// edge values (full-width texts without terminator, extreme numbers).
+enum class Case { Defaults, Full, Edge };
+inline const char *const kCaseNames[] = {"defaults", "full", "edge"};
 
 // What a view prints on standard output, run in a child as a CGI program would.
 template <typename Record> std::string print(void (*view)(const Record *), const Record &r) {
@@ -33,19 +42,13 @@ template <typename Record> std::string print(void (*view)(const Record *), const
 inline void expect_golden(const std::string &name, const std::string &document) {
     std::string path = wmtest::source_dir() + "/tests/views/golden/" + name;
     const char *update = std::getenv("WEBMGMT_UPDATE_GOLDEN");
-    if (update && std::strcmp(update, "1") == 0) {
-        wmtest::write_file(path, document);
-        return;
-    }
+    if (update && std::strcmp(update, "1") == 0) return wmtest::write_file(path, document);
     ASSERT_TRUE(wmtest::file_exists(path)) << path << " missing (WEBMGMT_UPDATE_GOLDEN=1)";
     std::string golden = wmtest::read_file(path);
-    if (golden == document) return;
-    size_t at = 0;
-    while (at < golden.size() && at < document.size() && golden[at] == document[at])
-        ++at;
-    ADD_FAILURE() << name << " differs from its golden document at byte " << at << ": got\n"
-                  << document.substr(at > 80 ? at - 80 : 0, 160) << "\nexpected\n"
-                  << golden.substr(at > 80 ? at - 80 : 0, 160);
+    size_t at =
+        std::mismatch(golden.begin(), golden.end(), document.begin(), document.end()).first -
+        golden.begin();
+    EXPECT_EQ(golden, document) << name << " differs from its golden document at byte " << at;
 }
 
 // A document as python3's json module reads it: every leaf by its dotted path ("#len" for
@@ -75,6 +78,26 @@ inline Parsed parse(const std::string &document) {
         if (tab != std::string::npos) p.values[line.substr(0, tab)] = line.substr(tab + 1);
     }
     return p;
+}
+
+// One value of a view's document for one record, as python3 reads it.
+struct Expect {
+    const char *view;
+    Case record;
+    const char *path;
+    std::string value;
+};
+
+// Checks every expectation, running python3 once per document.
+inline void expect_values(std::span<const Expect> expected,
+                          const std::function<std::string(const std::string &, Case)> &print) {
+    std::map<std::string, Parsed> parsed;
+    for (const Expect &e : expected) {
+        std::string key = std::string(e.view) + "-" + kCaseNames[int(e.record)];
+        if (!parsed.count(key)) parsed[key] = parse(print(e.view, e.record));
+        EXPECT_EQ(parsed[key].at(e.path), e.value)
+            << key << " " << e.path << ": " << parsed[key].message;
+    }
 }
 
 // A record filled from its factory defaults file through its field table, as the device
