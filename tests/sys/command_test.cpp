@@ -186,38 +186,19 @@ TEST(FatalErrors, MessageExitStatusAndAllocationFailure) {
         int exit_code;
         std::string out, err;
     } cases[] = {
-        {[] {
-             bb_applet_name = "name";
-             printf("page so far");
-             bb_error_msg_and_die("bad value %d", 7);
-         },
-         1, "page so far", "name: bad value 7\n"},
-        {[] {
-             bb_applet_name = "prog";
-             bb_default_error_retval = 5;
-             bb_error_msg_and_die("%s", "gone");
-         },
-         5, "", "prog: gone\n"},
-        {[] {
-             bb_applet_name = "name";
-             xmalloc(huge);
-         },
-         1, "", "name: memory exhausted\n"},
-        {[] {
-             bb_applet_name = "name";
-             xrealloc(xmalloc(16), huge);
-         },
-         1, "", "name: memory exhausted\n"},
+        {[] { printf("page so far"), bb_error_msg_and_die("bad value %d", 7); }, 1, "page so far",
+         "name: bad value 7\n"},
+        {[] { bb_default_error_retval = 5, bb_error_msg_and_die("%s", "gone"); }, 5, "",
+         "name: gone\n"},
+        {[] { xmalloc(huge); }, 1, "", "name: memory exhausted\n"},
+        {[] { xrealloc(xmalloc(16), huge); }, 1, "", "name: memory exhausted\n"},
         // A zero-size request is never fatal.
-        {[] {
-             free(xmalloc(0));
-             free(xrealloc(xrealloc(nullptr, 8), 32));
-         },
-         0, "", ""},
+        {[] { free(xmalloc(0)), free(xrealloc(xrealloc(nullptr, 8), 32)); }, 0, "", ""},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.err);
         auto r = run_in_child([&] {
+            bb_applet_name = "name";
             c.body();
             return 0;
         });
