@@ -1,5 +1,5 @@
-// Diagnostic output: byte dumps on the page, the log file, the MAC-style formatter and
-// the page selector.
+// Diagnostic output: byte dumps on the page and in the log file, the MAC-style formatter
+// and the page selector.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -12,13 +12,11 @@
 
 namespace {
 
-using wmtest::run_in_child;
-
-std::string hex(const std::string &bytes) {
+std::string hex(const std::string &bytes, const char *format = "%02x") {
     std::string out;
-    char item[3];
+    char item[4];
     for (unsigned char c : bytes) {
-        snprintf(item, sizeof item, "%02x", c);
+        snprintf(item, sizeof item, format, c);
         out += item;
     }
     return out;
@@ -31,50 +29,59 @@ std::string bytes_of(int n) {
     return s;
 }
 
-template <typename Print> std::string printed(Print print, const std::string &bytes) {
-    return run_in_child([&] {
-               print(bytes.data(), int(bytes.size()));
-               return 0;
-           })
-        .out;
-}
-
-TEST(PrintHexString, WholeUpTo39BytesAbbreviatedFrom40) {
-    EXPECT_EQ(printed(print_hex_string, ""), "<empty string>");
-    EXPECT_EQ(printed(print_hex_string, std::string("\x00\x0f\xff", 3)), "000fff");
-    std::string b39 = bytes_of(39), b40 = bytes_of(40), b200 = bytes_of(200);
-    EXPECT_EQ(printed(print_hex_string, b39), hex(b39));
-    EXPECT_EQ(printed(print_hex_string, b39).size(), 78u);
-    EXPECT_EQ(printed(print_hex_string, b40),
-              hex(b40.substr(0, 10)) + " ... " + hex(b40.substr(30)) + " [40 bytes]");
-    EXPECT_EQ(printed(print_hex_string, b200),
-              hex(b200.substr(0, 10)) + " ... " + hex(b200.substr(190)) + " [200 bytes]");
-}
-
-TEST(PrintToString, CharactersWithTheSameAbbreviation) {
-    std::string t39(39, 'a'), t45;
+TEST(ByteDumps, WholeUpTo39BytesAbbreviatedFrom40) {
+    std::string b16 = bytes_of(16), b17 = bytes_of(17), b39 = bytes_of(39), b40 = bytes_of(40),
+                b200 = bytes_of(200), t45;
     for (int i = 0; i < 45; ++i)
         t45 += char('A' + i % 26);
-    EXPECT_EQ(printed(print_to_string, ""), "<empty string>");
-    EXPECT_EQ(printed(print_to_string, t39), t39);
-    EXPECT_EQ(printed(print_to_string, t45),
-              t45.substr(0, 20) + " ... " + t45.substr(25) + " [45 bytes]");
-    // Every byte is printed as a character, a zero byte too.
-    std::string with_nul("a\0b", 3);
-    EXPECT_EQ(printed(print_to_string, with_nul), with_nul);
+    struct Case {
+        void (*print)(const void *, int);
+        std::string bytes, want;
+    } cases[] = {
+        {print_hex_string, "", "<empty string>"},
+        {print_hex_string, std::string("\x00\x0f\xff", 3), "000fff"},
+        {print_hex_string, b39, hex(b39)},
+        {print_hex_string, b40,
+         hex(b40.substr(0, 10)) + " ... " + hex(b40.substr(30)) + " [40 bytes]"},
+        {print_hex_string, b200,
+         hex(b200.substr(0, 10)) + " ... " + hex(b200.substr(190)) + " [200 bytes]"},
+        // Characters, with the same abbreviation; a zero byte is printed too.
+        {print_to_string, "", "<empty string>"},
+        {print_to_string, std::string(39, 'a'), std::string(39, 'a')},
+        {print_to_string, t45, t45.substr(0, 20) + " ... " + t45.substr(25) + " [45 bytes]"},
+        {print_to_string, std::string("a\0b", 3), std::string("a\0b", 3)},
+        // Sixteen bytes a line.
+        {print_string, "", "\n\n"},
+        {print_string, b16, "\n" + hex(b16, "%02x ") + "\n\n"},
+        {print_string, b17, "\n" + hex(b16, "%02x ") + "\nb0 \n"},
+    };
+    for (const auto &c : cases) {
+        auto r =
+            wmtest::run_in_child([&] { return c.print(c.bytes.data(), int(c.bytes.size())), 0; });
+        EXPECT_EQ(r.out, c.want) << c.bytes.size() << " bytes";
+    }
 }
 
-TEST(PrintString, SixteenBytesALine) {
-    std::string b16 = bytes_of(16), b17 = bytes_of(17);
-    std::string line16;
-    for (unsigned char c : b16) {
-        char item[4];
-        snprintf(item, sizeof item, "%02x ", c);
-        line16 += item;
-    }
-    EXPECT_EQ(printed(print_string, ""), "\n\n");
-    EXPECT_EQ(printed(print_string, b16), "\n" + line16 + "\n\n");
-    EXPECT_EQ(printed(print_string, b17), "\n" + line16 + "\nb0 \n");
+TEST(ByteDumps, LogFileAppendsWithoutANewline) {
+    wmtest::TempRoot root;
+    std::string log = root.path("/tmp/system.log");
+    DFPrintf(stderr, "a%d", 1);
+    DFPrintf(stderr, "%s\n", "b");
+    DFPrintf(stderr, "c");
+    EXPECT_EQ(wmtest::read_file(log), "a1b\nc");
+    unlink(log.c_str());
+    DFPrintf(stderr, "%s", std::string(2000, 'x').c_str());
+    EXPECT_EQ(wmtest::read_file(log), std::string(1023, 'x'));
+    unlink(log.c_str());
+    std::string b40 = bytes_of(40);
+    DPrint_hex_string(b40.data(), 40);
+    EXPECT_EQ(wmtest::read_file(log),
+              hex(b40.substr(0, 10)) + " ... " + hex(b40.substr(30)) + " [40 bytes]");
+    // Without a /tmp to write to, nothing happens.
+    unlink(log.c_str());
+    rmdir(root.path("/tmp").c_str());
+    DFPrintf(stderr, "lost");
+    EXPECT_FALSE(wmtest::file_exists(log));
 }
 
 TEST(PrintByteToString, MacAddressesBackToBack) {
@@ -104,58 +111,22 @@ TEST(Gethtmlpage, GetWithPageOnly) {
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(std::string(c.method ? c.method : "-") + " " + (c.query ? c.query : "-"));
-        auto set = [](const char *name, const char *v) {
-            if (v)
-                setenv(name, v, 1);
-            else
-                unsetenv(name);
-        };
-        set("REQUEST_METHOD", c.method);
-        set("QUERY_STRING", c.query);
+        for (auto [name, value] :
+             {std::pair{"REQUEST_METHOD", c.method}, {"QUERY_STRING", c.query}})
+            value ? setenv(name, value, 1) : unsetenv(name);
         char out[64] = "untouched";
         char *r = gethtmlpage(out);
-        if (c.want) {
-            EXPECT_EQ(r, out);
-            EXPECT_STREQ(out, c.want);
-        } else {
-            EXPECT_EQ(r, nullptr);
-        }
+        EXPECT_EQ(r, c.want ? out : nullptr);
+        EXPECT_STREQ(out, c.want ? c.want : "untouched");
     }
     unsetenv("REQUEST_METHOD");
     unsetenv("QUERY_STRING");
 }
 
-TEST(DFPrintf, AppendsWithoutANewline) {
-    wmtest::TempRoot root;
-    std::string log = root.path("/tmp/system.log");
-    DFPrintf(stderr, "a%d", 1);
-    DFPrintf(stderr, "%s\n", "b");
-    DFPrintf(stderr, "c");
-    EXPECT_EQ(wmtest::read_file(log), "a1b\nc");
-    unlink(log.c_str());
-    std::string longer(2000, 'x');
-    DFPrintf(stderr, "%s", longer.c_str());
-    EXPECT_EQ(wmtest::read_file(log), std::string(1023, 'x'));
-    unlink(log.c_str());
-    DPrint_hex_string("\x01\x02\xff", 3);
-    EXPECT_EQ(wmtest::read_file(log), "0102ff");
-    unlink(log.c_str());
-    std::string b40 = bytes_of(40);
-    DPrint_hex_string(b40.data(), 40);
-    EXPECT_EQ(wmtest::read_file(log),
-              hex(b40.substr(0, 10)) + " ... " + hex(b40.substr(30)) + " [40 bytes]");
-    // Without a /tmp to write to, nothing happens.
-    unlink(log.c_str());
-    rmdir(root.path("/tmp").c_str());
-    DFPrintf(stderr, "lost");
-    EXPECT_FALSE(wmtest::file_exists(log));
-}
-
 TEST(GetBuffer, ZeroedAndFreed) {
     auto *p = static_cast<unsigned char *>(get_buffer(64));
     ASSERT_NE(p, nullptr);
-    for (int i = 0; i < 64; ++i)
-        EXPECT_EQ(p[i], 0);
+    EXPECT_EQ(std::string(reinterpret_cast<char *>(p), 64), std::string(64, '\0'));
     EXPECT_EQ(free_buffer(p, 64), 0);
     EXPECT_EQ(free_buffer(nullptr, 0), 0);
 }

@@ -59,23 +59,18 @@ class Server {
             getsockname(listen_fd_, reinterpret_cast<sockaddr *>(&addr), &len) != 0)
             return;
         port_ = ntohs(addr.sin_port);
-        std::string conf = dir + "/lighttpd.conf";
-        wmtest::write_file(conf, "server.document-root = \"" + dir +
-                                     "/www\"\n"
-                                     "server.bind = \"127.0.0.1\"\n"
-                                     "server.port = " +
-                                     std::to_string(port_) +
-                                     "\n"
-                                     "server.systemd-socket-activation = \"enable\"\n"
-                                     "server.modules = (\"mod_cgi\")\n"
-                                     "server.upload-dirs = (\"" +
-                                     dir +
-                                     "/spool\")\n"
-                                     "server.errorlog = \"" +
-                                     dir +
-                                     "/error.log\"\n"
-                                     "server.max-request-size = 262144\n"
-                                     "cgi.assign = (\".cgi\" => \"\")\n");
+        std::string conf = dir + "/lighttpd.conf", text;
+        for (const std::string &line :
+             {"server.document-root = \"" + dir + "/www\"",
+              std::string("server.bind = \"127.0.0.1\""), "server.port = " + std::to_string(port_),
+              std::string("server.systemd-socket-activation = \"enable\""),
+              std::string("server.modules = (\"mod_cgi\")"),
+              "server.upload-dirs = (\"" + dir + "/spool\")",
+              "server.errorlog = \"" + dir + "/error.log\"",
+              std::string("server.max-request-size = 262144"),
+              std::string("cgi.assign = (\".cgi\" => \"\")")})
+            text += line + "\n";
+        wmtest::write_file(conf, text);
         pid_ = fork();
         if (pid_ == 0) {
             dup2(listen_fd_, 3);

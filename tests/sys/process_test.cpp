@@ -30,24 +30,6 @@ void reset_scan() {
     }
 }
 
-// A directory of copies of sleep under chosen names.
-class ProgramDir {
-  public:
-    ProgramDir() {
-        char templ[] = "/tmp/wm-proc-XXXXXX";
-        dir_ = mkdtemp(templ);
-    }
-    ~ProgramDir() { run_shell("rm -rf '" + dir_ + "'"); }
-    std::string copy_sleep(const std::string &name) {
-        std::string path = dir_ + "/" + name;
-        run_shell("cp \"$(command -v sleep)\" '" + path + "'");
-        return path;
-    }
-
-  private:
-    std::string dir_;
-};
-
 // A child running `exe 1000` (a copy of sleep); started once exec has happened, so that
 // /proc already shows the new name. Killed and reaped on scope exit.
 class Sleeper {
@@ -57,7 +39,6 @@ class Sleeper {
         if (pipe2(fds, O_CLOEXEC) != 0) return;
         pid_ = fork();
         if (pid_ == 0) {
-            close(fds[0]);
             if (nice_value) setpriority(PRIO_PROCESS, 0, nice_value);
             execl(exe.c_str(), exe.c_str(), "1000", static_cast<char *>(nullptr));
             _exit(127);
@@ -70,10 +51,7 @@ class Sleeper {
         close(fds[0]);
     }
     ~Sleeper() {
-        if (pid_ > 0) {
-            kill(pid_, SIGKILL);
-            waitpid(pid_, nullptr, 0);
-        }
+        if (pid_ > 0) kill(pid_, SIGKILL), waitpid(pid_, nullptr, 0);
     }
     pid_t pid() const { return pid_; }
 
@@ -81,17 +59,32 @@ class Sleeper {
     pid_t pid_ = -1;
 };
 
+// Copies of sleep under chosen names live in the private tree.
+class Processes : public ::testing::Test {
+  protected:
+    std::string copy_sleep(const std::string &name) {
+        std::string path = root_.path("/usr/sbin/" + name);
+        run_shell("cp \"$(command -v sleep)\" '" + path + "'");
+        return path;
+    }
+    // A command name unique to this test process (at most 15 characters).
+    static std::string unique_name(const char *stem) {
+        return stem + std::to_string(getpid() % 100000);
+    }
+    wmtest::TempRoot root_;
+};
+
 struct PsRow {
-    int pid = 0, ppid = 0;
+    int ppid = 0;
     std::string stat, comm;
     unsigned rss = 0;
 };
 
 PsRow ps_row(pid_t pid) {
-    auto r = run_shell("ps -o pid=,ppid=,stat=,rss=,comm= -p " + std::to_string(pid));
+    auto r = run_shell("ps -o ppid=,stat=,rss=,comm= -p " + std::to_string(pid));
     PsRow row;
     std::istringstream in(r.out);
-    in >> row.pid >> row.ppid >> row.stat >> row.rss;
+    in >> row.ppid >> row.stat >> row.rss;
     std::getline(in >> std::ws, row.comm);
     return row;
 }
@@ -122,23 +115,11 @@ std::map<int, proc_entry> scan_all() {
     return all;
 }
 
-// A command name of our own, unique to this test process (at most 15 characters).
-std::string unique_name(const char *stem) {
-    return stem + std::to_string(getpid() % 100000);
-}
-
-std::string own_user() {
+TEST_F(Processes, ScanOfChildrenMatchesPs) {
+    Sleeper plain(copy_sleep(unique_name("wmscan"))), paren(copy_sleep("a)b"));
+    Sleeper spaced(copy_sleep("x) y (z")), niced(copy_sleep(unique_name("wmnice")), 5);
     struct passwd *pw = getpwuid(getuid());
-    std::string name = pw ? pw->pw_name : std::to_string(getuid());
-    return name.substr(0, 8);
-}
-
-TEST(ProcpsScan, ChildrenMatchPs) {
-    ProgramDir dir;
-    Sleeper plain(dir.copy_sleep(unique_name("wmscan")));
-    Sleeper paren(dir.copy_sleep("a)b"));
-    Sleeper spaced(dir.copy_sleep("x) y (z"));
-    Sleeper niced(dir.copy_sleep(unique_name("wmnice")), 5);
+    std::string user = (pw ? pw->pw_name : std::to_string(getuid())).substr(0, 8);
     auto all = scan_all();
     for (const Sleeper *s : {&plain, &paren, &spaced, &niced}) {
         SCOPED_TRACE(s->pid());
@@ -155,17 +136,16 @@ TEST(ProcpsScan, ChildrenMatchPs) {
         EXPECT_NEAR(double(e.rss), double(ps.rss), ps.rss * 0.3);
         EXPECT_EQ(e.rss, stat_rss_kb(s->pid()));
         EXPECT_EQ(e.state[1], ' '); // resident pages
-        bool ps_nice = ps.stat.find('N') != std::string::npos;
-        EXPECT_EQ(e.state[2] == 'N', ps_nice);
+        EXPECT_EQ(e.state[2] == 'N', ps.stat.find('N') != std::string::npos);
         EXPECT_EQ(e.state[2], s == &niced ? 'N' : ' ');
         EXPECT_EQ(e.state[3], '\0');
-        EXPECT_EQ(e.user, own_user());
+        EXPECT_EQ(e.user, user);
     }
     EXPECT_STREQ(all[paren.pid()].short_cmd, "a)b");
     EXPECT_STREQ(all[spaced.pid()].short_cmd, "x) y (z");
 }
 
-TEST(ProcpsScan, ZombieHasNoResidentPagesButNoW) {
+TEST_F(Processes, ZombieHasNoResidentPagesButNoW) {
     pid_t pid = fork();
     if (pid == 0) _exit(0);
     siginfo_t info;
@@ -181,10 +161,9 @@ TEST(ProcpsScan, ZombieHasNoResidentPagesButNoW) {
     EXPECT_EQ(all[pid].state[1], ' ');
 }
 
-TEST(ProcpsScan, MissingProcEndsTheProcess) {
+TEST_F(Processes, MissingProcEndsTheProcess) {
     reset_scan();
-    wmtest::TempRoot root;
-    unlink(root.path("/proc").c_str());
+    unlink(root_.path("/proc").c_str());
     auto r = run_in_child([] {
         bb_applet_name = "scan";
         procps_scan();
@@ -194,38 +173,31 @@ TEST(ProcpsScan, MissingProcEndsTheProcess) {
     EXPECT_EQ(r.err, "scan: Can't open /proc\n");
 }
 
-TEST(FindPidByName, MatchesPgrepAndResumesAfterEachMatch) {
-    ProgramDir dir;
+TEST_F(Processes, FindPidByNameMatchesPgrepAndResumesAfterEachMatch) {
     std::string name = unique_name("wmtwin");
-    std::string exe = dir.copy_sleep(name);
+    std::string exe = copy_sleep(name);
     Sleeper first(exe), second(exe);
     std::vector<int> expected = pgrep(name);
     ASSERT_EQ(expected.size(), 2u);
+    expected.push_back(-1); // that exhausted the scan; the next one starts afresh
+    expected.push_back(expected[0]);
     reset_scan();
     // Each call continues the scan where the previous match left it.
     for (int pid : expected) {
         int32_t *list = find_pid_by_name(name.c_str());
         EXPECT_EQ(list[0], pid);
-        EXPECT_EQ(list[1], 0);
+        EXPECT_TRUE(pid < 0 || list[1] == 0); // one pid a call
         free(list);
     }
-    int32_t *none = find_pid_by_name(name.c_str());
-    EXPECT_EQ(none[0], -1);
-    free(none);
-    // That exhausted the scan; the next one starts afresh.
-    int32_t *again = find_pid_by_name(name.c_str());
-    EXPECT_EQ(again[0], expected[0]);
-    free(again);
     reset_scan();
 }
 
-TEST(FindPidByName, WholeNamesOnlyLikePgrep) {
-    ProgramDir dir;
+TEST_F(Processes, FindPidByNameTakesWholeNamesLikePgrep) {
     std::string name = unique_name("wmwhole");
-    Sleeper s(dir.copy_sleep(name));
+    Sleeper s(copy_sleep(name));
     // A long file name shows up cut to the kernel's 15 characters.
     std::string long_name = "wmlongname-" + std::to_string(getpid()) + "-abcdef";
-    Sleeper l(dir.copy_sleep(long_name));
+    Sleeper l(copy_sleep(long_name));
     struct Case {
         std::string query;
         pid_t want;
@@ -244,37 +216,23 @@ TEST(FindPidByName, WholeNamesOnlyLikePgrep) {
         free(list);
     }
     reset_scan();
-}
-
-TEST(IsRuning, FindsAnotherProcessByName) {
-    ProgramDir dir;
-    std::string name = unique_name("wmrun");
-    Sleeper s(dir.copy_sleep(name));
-    reset_scan();
     EXPECT_EQ(is_runing(name.c_str()), s.pid());
     reset_scan();
     EXPECT_EQ(is_runing("wm-nothing-here"), 0);
 }
 
-// True when the scanner sees the calling process under `name`. An emulator such as
-// qemu-user answers for its own /proc entry itself and may show another name.
-bool scanner_sees_self_as(const std::string &name) {
-    auto all = scan_all();
-    auto it = all.find(getpid());
-    return it != all.end() && name == it->second.short_cmd;
-}
-
 constexpr int kNameHidden = 3;
 
-// A child process named like the processes it looks for.
-TEST(IsRuning, CallerItselfCountsAsNotRunning) {
-    ProgramDir dir;
+// A child process named like the processes it looks for. An emulator such as qemu-user
+// answers for its own /proc entry itself and may show another name.
+TEST_F(Processes, IsRuningCountsTheCallerItselfAsNotRunning) {
     std::string name = unique_name("wmself");
-    std::string exe = dir.copy_sleep(name);
+    std::string exe = copy_sleep(name);
     reset_scan();
     auto alone = run_in_child([&] {
-        if (prctl(PR_SET_NAME, name.c_str()) != 0 || !scanner_sees_self_as(name))
-            return kNameHidden;
+        if (prctl(PR_SET_NAME, name.c_str()) != 0) return kNameHidden;
+        auto all = scan_all();
+        if (!all.count(getpid()) || name != all[getpid()].short_cmd) return kNameHidden;
         return is_runing(name.c_str()) == 0 ? 0 : 1;
     });
     if (alone.exit_code() == kNameHidden)
@@ -291,9 +249,8 @@ TEST(IsRuning, CallerItselfCountsAsNotRunning) {
     EXPECT_EQ(pair.exit_code(), 0);
 }
 
-TEST(MyGetug, NamesIdsAndSizes) {
+TEST(MyGetug, NamesIdsSizesAndFatalCases) {
     char buf[9];
-    memset(buf, 'x', sizeof buf);
     EXPECT_EQ(my_getug(buf, "root", 0, 9, 'u'), buf);
     EXPECT_STREQ(buf, "root");
     EXPECT_EQ(my_getug(buf, "averylongusername", 0, 9, 'u'), buf);
@@ -307,20 +264,14 @@ TEST(MyGetug, NamesIdsAndSizes) {
     EXPECT_EQ(my_getug(nullptr, nullptr, 1, 0, 'u'), nullptr);
     EXPECT_EQ(my_getpwuid(buf, 0, 9), buf);
     EXPECT_STREQ(buf, getpwuid(0) ? getpwuid(0)->pw_name : "0");
-}
 
-TEST(MyGetug, FatalCases) {
     auto unknown = run_in_child([] {
         bb_applet_name = "ps";
-        my_getug(nullptr, nullptr, 42, -1, 'g');
-        return 0;
+        return my_getug(nullptr, nullptr, 42, -1, 'g'), 0;
     });
     EXPECT_EQ(unknown.exit_code(), 1);
     EXPECT_EQ(unknown.err, "ps: unknown gid 42\n");
-    auto no_buffer = run_in_child([] {
-        my_getug(nullptr, "x", 1, 9, 'u');
-        return 0;
-    });
+    auto no_buffer = run_in_child([] { return my_getug(nullptr, "x", 1, 9, 'u'), 0; });
     EXPECT_TRUE(WIFSIGNALED(no_buffer.status));
     EXPECT_NE(no_buffer.err.find("buffer!=NULL"), std::string::npos) << no_buffer.err;
 }
