@@ -12,7 +12,8 @@
 
 namespace {
 
-// The values of a defaults file are cut to this buffer, as the device always did.
+// The device copied each defaults value into a buffer of this size; longer values are cut
+// to it instead of running past it.
 constexpr size_t kDefaultValueSize = 500;
 
 // Where the address records keep their addresses: the IPv4 word after a leading word, the
