@@ -21,12 +21,13 @@ void copy_time(char (&dst)[WEBMGMT_ITEM_TIME], const char *src) {
     if (src) std::memcpy(dst, src, strnlen(src, sizeof dst));
 }
 
-// An element's own schedule as the forms carry it: 32-bit weekday flags.
+// An element's own schedule. The form's 32-bit weekday flags pass through
+// copy_time_from_config as bytes, as a stored slot's do, so both sides compare alike.
 template <typename Item> void own_schedule(schedule_block &b, const Item &item) {
+    uint8_t days[WEBMGMT_WEEKDAY_COUNT];
     for (int d = 0; d < WEBMGMT_WEEKDAY_COUNT; ++d)
-        b.weekday[d] = item.weekday[d];
-    copy_time(b.start_time, item.start_time);
-    copy_time(b.end_time, item.end_time);
+        days[d] = static_cast<uint8_t>(item.weekday[d]);
+    copy_time_from_config(&b, days, item.start_time, item.end_time);
 }
 
 // A stored slot's own schedule: one-byte weekday flags.

@@ -312,6 +312,7 @@ TEST(ContentFilters, IpPortFilterWithSchedules) {
          [](fwipport_item &i) { i.timecontrol = 0, std::memset(i.weekday, 0, sizeof i.weekday); },
          0},
         {"always, own days kept", [](fwipport_item &i) { i.timecontrol = 0; }, -1},
+        {"own days as bytes", [](fwipport_item &i) { i.weekday[5] = 257; }, -1},
         {"other end port", [](fwipport_item &i) { i.endport = 22; }, 0},
         {"other protocol", [](fwipport_item &i) { i.protocol = 17; }, 0},
         {"other end address", [](fwipport_item &i) { std::strcpy(i.endip, "192.168.0.21"); }, 0},
