@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "conf/number_text.h"
 #include "forms/binding.h"
 #include "sys/support/text.h"
 
@@ -20,7 +21,7 @@ bool wide_enough(const field_desc &row) {
 
 // Codes 4 and 5 on a member of 0 or 1 bytes: a one-byte number.
 int store_byte(void *member, const char *value) {
-    int n = std::atoi(value);
+    int n = wm::text_to_int32(value);
     store(member, static_cast<uint8_t>(n));
     return n;
 }
@@ -77,25 +78,25 @@ int save_data_base(field_desc row, const char *value) {
     switch (row.type) {
     case kInt:
     case kInt2: {
-        int n = std::atoi(value);
+        int n = wm::text_to_int32(value);
         store(row.address, static_cast<int32_t>(n));
         return n;
     }
     case kShort:
     case kShort2: {
-        int n = std::atoi(value);
+        int n = wm::text_to_int32(value);
         store(row.address, static_cast<int16_t>(n));
         return n;
     }
     case kLong:
     case kLong2: {
         // long is 32 bits on the device: keep the low 32 bits on wider hosts too.
-        auto n = static_cast<int32_t>(std::atol(value));
+        auto n = wm::text_to_int32(value);
         store(row.address, n);
         return n;
     }
     case kInt64: {
-        long long n = std::atoll(value);
+        long long n = wm::text_to_int64(value);
         store(row.address, static_cast<int64_t>(n));
         return static_cast<int>(n);
     }
