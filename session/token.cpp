@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "sys/support/exec.h"
 #include "sys/support/paths.h"
 #include "sys/support/raii.h"
 #include "sys/support/text.h"
@@ -154,7 +155,12 @@ int generate_token2save(const char *client_ip, const char *token) {
 int clear_token(void) {
     SessionLock lock;
     if (!lock.opened()) return lock.report_open_failure();
-    ::unlink(token_file().c_str());
+    wm::DevicePath file = token_file();
+    ::unlink(file.c_str());
+    // Logged as the "rm -f" the device ran through do_system.
+    char command[sizeof file.text + 8];
+    std::snprintf(command, sizeof command, "rm -f %s", file.c_str());
+    wm::log_command(command);
     return 0;
 }
 

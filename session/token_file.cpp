@@ -29,7 +29,8 @@ void scan_line(const char *line, token_record &slot) {
     std::string_view token = wm::next_word(rest);
     if (token.empty()) return;
     wm::copy_bounded(slot.token, token);
-    wm::scan_int32(rest.data(), slot.last_used);
+    // A last line without time or line feed leaves nothing (not even a pointer) to scan.
+    if (!rest.empty()) wm::scan_int32(rest.data(), slot.last_used);
 }
 
 void fill_slot(token_record &slot, const char *client_ip, const char *token, int32_t now) {

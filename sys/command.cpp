@@ -25,6 +25,8 @@ bool device_file_exists(const char *fixed) {
     return ::stat(device_path(fixed).c_str(), &st) == 0;
 }
 
+} // namespace
+
 // Appends the command to the log chosen by the marker files. With both markers only the
 // flash log is written. Appended directly rather than through `echo '...' >>`, so that a
 // command holding a quote is logged whole and nothing in it is run a second time.
@@ -36,6 +38,8 @@ void log_command(const char *command) {
     UniqueFile f(std::fopen(device_path(log).c_str(), "a"));
     if (f) std::fprintf(f.get(), "%s\n", command);
 }
+
+namespace {
 
 // Runs "tool option arg" without a shell: the argument is split at blanks as the shell
 // would split it, but never expanded or interpreted. Logged like do_system's commands.

@@ -14,4 +14,8 @@ int run_argv(const char *const argv[]);
 // the line feed is kept when it fits, as fgets() keeps it.
 int run_argv_line(const char *const argv[], std::span<char> line, bool keep_line_feed = false);
 
+// Appends `command` to the command log that the marker files switch on, as do_system logs
+// the commands it runs: for work done without a shell that stands for a device command.
+void log_command(const char *command);
+
 } // namespace wm

@@ -72,9 +72,11 @@ TEST_F(Sessions, LifeAcrossProcesses) {
     EXPECT_TRUE(check(kIp, "stork=" + kTok2));
     EXPECT_EQ(read_file(file).find(kIp + " " + kTok2), 0u);
 
-    // Logging out removes the file and every session with it.
+    // Logging out removes the file and every session with it, logged as the device's rm.
+    write_file(root.path("/var/cmd_ram"), "");
     EXPECT_EQ(clear_token(), 0);
     EXPECT_FALSE(file_exists(file));
+    EXPECT_EQ(read_file(root.path("/tmp/cmdinfo")), "rm -f " + file + "\n");
     EXPECT_FALSE(check(kIp, "stork=" + kTok2));
 }
 
@@ -108,7 +110,7 @@ TEST_F(Sessions, IdleLimitIs1800Seconds) {
     EXPECT_EQ(check_aged(1800, line("10.0.0.2", kTok2, 5)).first, -1);
     // Removed at that check; another expired session that nobody presented stays.
     EXPECT_EQ(read_file(file), line("10.0.0.2", kTok2, 5));
-    write_file(file, "10.0.0.3 " + kTok1 + "\n"); // no time: expired at once
+    write_file(file, "10.0.0.3 " + kTok1); // no time, no line feed: expired at once
     EXPECT_EQ(auth_token("10.0.0.3", kTok1.c_str()), -1);
 }
 
