@@ -108,8 +108,9 @@ int getDisposition_file(char **data_start, int *data_length, char **cursor, char
         return -3;
     }
     if (!wm::extract_header(&pos, next, "Content-Type", ':', part->content_type)) {
-        // A plain form field: show where it starts and skip it.
-        long shown = next - after_first;
+        // A plain form field: show where it starts and skip it. The 32 bytes may run on
+        // into the next boundary, as on the device; only the buffer's end bounds them.
+        long shown = end - after_first;
         print_string_array(
             nullptr, after_first,
             int(shown < wm::kFieldDiagnosticBytes ? shown : wm::kFieldDiagnosticBytes));

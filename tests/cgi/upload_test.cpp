@@ -127,6 +127,15 @@ TEST(UploadSplit, HeadersOfOnePartAfterASkippedFormField) {
     }
 }
 
+TEST(UploadSplit, ShortFormFieldShowsThirtyTwoBytesIntoTheNextPart) {
+    std::string field = "--" + kBoundary + "\r\nname=a\r\n\r\n1\r\n";
+    std::string body = field + file_part("fw", "x") + kClosing;
+    Split s = split_in_memory(body);
+    ASSERT_EQ(s.count, 1);
+    std::string shown = body.substr(kBoundary.size() + 2, 32);
+    EXPECT_EQ(s.printed, shown.substr(0, 16) + "\n" + shown.substr(16) + "\n\n");
+}
+
 TEST(UploadSplit, AtMostFourFileParts) {
     std::string body;
     for (int i = 0; i < 5; ++i)
