@@ -16,11 +16,18 @@ void set_id(uint8_t *record, const ListDesc &l, uint32_t slot, int32_t id) {
     std::memcpy(slot_at(record, l, slot) + l.id_offset, &id, sizeof id);
 }
 
-// The count member always tells how many slots are in use.
+// The elements in use move to the front in their order and the count member tells how many
+// there are: the pages show slots 0 to count - 1, even of a list saved or edited with gaps.
 void store_count(uint8_t *record, const ListDesc &l) {
     uint32_t used = 0;
-    for (uint32_t i = 0; i < l.capacity; ++i)
-        used += element_id(record, l, i) > 0;
+    for (uint32_t i = 0; i < l.capacity; ++i) {
+        if (element_id(record, l, i) <= 0) continue;
+        if (i != used) {
+            std::memcpy(slot_at(record, l, used), slot_at(record, l, i), l.elem_size);
+            std::memset(slot_at(record, l, i), 0, l.elem_size);
+        }
+        ++used;
+    }
     if (l.count_size == sizeof(int16_t)) {
         auto v = int16_t(used);
         std::memcpy(record + l.count_offset, &v, sizeof v);

@@ -118,6 +118,13 @@ bool cache_is_current(const Cached &c) {
     return c.record && c.pid == ::getpid() && std::strcmp(c.root, device_root()) == 0;
 }
 
+// This process's cache when it is current, else null; never reloads it, since the caller's
+// record may be the stale cache itself (a forked child saving the record it inherited).
+Cached *current_cache(SectionId id) {
+    Cached &c = g_cache[id];
+    return cache_is_current(c) ? &c : nullptr;
+}
+
 Cached *load_cache(SectionId id) {
     Cached &c = g_cache[id];
     if (cache_is_current(c)) return &c;
@@ -181,7 +188,7 @@ int Transaction::commit(bool flash) {
 void Transaction::publish(uint32_t begin, uint32_t end, void *caller) {
     const uint8_t *from = record_.get() + begin;
     size_t n = end - begin;
-    Cached *c = load_cache(id_);
+    Cached *c = current_cache(id_);
     if (caller) std::memmove(static_cast<uint8_t *>(caller) + begin, from, n);
     if (c) {
         if (c->record != caller) std::memcpy(c->record + begin, from, n);
@@ -192,7 +199,9 @@ void Transaction::publish(uint32_t begin, uint32_t end, void *caller) {
 int save(SectionId id, const void *record, bool flash) {
     const Section &s = section(id);
     if (!record) return CONFIG_ERR_ARGUMENT;
-    Cached *c = load_cache(id);
+    // Without a current cache this process saw no list of the section: the record is stored
+    // whole.
+    Cached *c = current_cache(id);
     Transaction t(id);
     if (!t.ok()) return CONFIG_ERR_IO;
     // Start from the caller's record; keep the stored list wherever the caller did not touch

@@ -202,6 +202,15 @@ TEST_F(Lists, ASaverKeepsWhatOtherProcessesAddedUnlessTheCallerChangedTheList) {
                   return std::strcmp(SC_Get_Qos_System_Config()->qos.element[0].name, "edited");
               }),
               0);
+    // A list saved with a gap is closed up by the next operation: the page shows 0 .. count - 1.
+    std::memset(&qos->qos, 0, sizeof qos->qos);
+    qos->qos.element[5].id = 7;
+    ASSERT_EQ(SC_Save_System_Qos_Config(qos), CONFIG_OK);
+    qos_rule r{};
+    ASSERT_EQ(AddQosItem(qos, &r), CONFIG_OK);
+    EXPECT_EQ(qos->qos.count, 2);
+    EXPECT_EQ(qos->qos.element[0].id, r.id);
+    EXPECT_EQ(qos->qos.element[1].id, 7);
 }
 
 TEST_F(Lists, AccessListReadersAndByMacLookups) {

@@ -117,6 +117,13 @@ TEST_F(Sections, AProcessKeepsTheRecordItLoaded) {
     EXPECT_EQ(SC_Get_Lan_System_Config(), lan);
     EXPECT_EQ(lan->stp, 1);
     EXPECT_EQ(stored_stp(), 9);
+    // A forked child that changes and saves the record it inherited stores its change.
+    ASSERT_EQ(in_new_process([lan] {
+                  lan->stp = 4;
+                  return SC_Save_System_Lan_Config(lan) + (lan->stp != 4);
+              }),
+              0);
+    EXPECT_EQ(stored_stp(), 4);
 }
 
 TEST_F(Sections, MaintenanceCallsKnowEverySectionByName) {
