@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# The demo console driven by curl alone, through the real lighttpd and its CGI environment:
-# log in, overview, port-forwarding rules (add two, modify, duplicate name, delete), the
-# other six lists and their switches, a full list, a stolen cookie from another address, log
-# out, settings kept on flash across a restart, wrong passwords until the lock-out.
+# The demo console driven by curl alone, through the real web server and its CGI environment
+# (lighttpd; busybox httpd with DEMO_SERVER=busybox): log in, overview, port-forwarding rules
+# (add two, modify, duplicate name, delete), the other six lists and their switches, a full
+# list, a stolen cookie from another address, log out, settings kept on flash across a
+# restart, wrong passwords until the lock-out.
 source "$(dirname "$0")/lib.sh"
 
 JAR=$DEMO_ROOT.cookies

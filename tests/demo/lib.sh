@@ -1,5 +1,6 @@
 # Shared by the demo tests: start the demo console on a free port in a private tree, stop
 # it, and small checks. Sourced by bash scripts run by CTest with the build tree as $1.
+# DEMO_SERVER chooses the web server: lighttpd (the default) or busybox (its httpd).
 set -uo pipefail
 
 SRC=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
@@ -17,7 +18,20 @@ check() { # description, command...
 }
 
 [ -z "${DEMO_SKIP_REASON:-}" ] || skip "$DEMO_SKIP_REASON"
-[ -x /usr/sbin/lighttpd ] || skip "lighttpd is not installed (apt-get install lighttpd)"
+DEMO_SERVER=${DEMO_SERVER:-lighttpd}
+case $DEMO_SERVER in
+  lighttpd)
+    [ -x /usr/sbin/lighttpd ] || skip "lighttpd is not installed (apt-get install lighttpd)"
+    SERVER_PIDFILE=lighttpd.pid SERVER_CONF=lighttpd.conf ;;
+  busybox)
+    busybox_httpd=0
+    for bb in "$(command -v busybox)" /bin/busybox /usr/bin/busybox; do
+      [ -x "$bb" ] && "$bb" --list 2>/dev/null | grep -qx httpd && busybox_httpd=1
+    done
+    [ "$busybox_httpd" = 1 ] || skip "busybox with its httpd is not installed (apt-get install busybox)"
+    SERVER_PIDFILE=busybox-httpd.pid SERVER_CONF=busybox-httpd.conf ;;
+  *) echo "FAIL: DEMO_SERVER is lighttpd or busybox, not $DEMO_SERVER"; exit 1 ;;
+esac
 command -v curl >/dev/null || skip "curl is not installed"
 command -v python3 >/dev/null || skip "python3 is not installed"
 [ -x "$BUILD/examples/cgi-bin/login.cgi" ] || { echo "FAIL: no CGI programs in $BUILD"; exit 1; }
@@ -37,8 +51,8 @@ free_port() {
 }
 
 # Starts tools/demo on the built tree in DEMO_ROOT; sets BASE, ADMIN_USER and ADMIN_PASS.
-# The script prints its address line last, once lighttpd answers. A port taken between
-# free_port and lighttpd's bind makes it end at once: then it is tried on another port.
+# The script prints its address line last, once the server answers. A port taken between
+# free_port and the server's bind makes it end at once: then it is tried on another port.
 start_demo() {
   local attempt line=
   for attempt in 1 2 3; do
@@ -46,7 +60,7 @@ start_demo() {
     BASE=http://127.0.0.1:$PORT
     : >"$DEMO_LOG"
     "$SRC/tools/demo" --no-build --build-dir "$BUILD" --root "$DEMO_ROOT" --port "$PORT" \
-      >"$DEMO_LOG" 2>&1 &
+      --server "$DEMO_SERVER" >"$DEMO_LOG" 2>&1 &
     DEMO_PID=$!
     while kill -0 "$DEMO_PID" 2>/dev/null; do
       line=$(grep -m1 '^webmgmt demo console:' "$DEMO_LOG")
@@ -68,18 +82,18 @@ start_demo() {
   ADMIN_PASS=${account#* / }
 }
 
-# Stops it as Ctrl-C does (the script's trap ends lighttpd and exits; a background job of
-# a script ignores SIGINT, so TERM stands for it). Should lighttpd outlive the script, it is
-# ended by its pid file, once its command line shows it is this demo's server.
+# Stops it as Ctrl-C does (the script's trap ends the server and exits; a background job of
+# a script ignores SIGINT, so TERM stands for it). Should the server outlive the script, it
+# is ended by its pid file, once its command line shows it is this demo's server.
 stop_demo() {
   [ -n "$DEMO_PID" ] || return 0
   kill -TERM "$DEMO_PID" 2>/dev/null
   wait "$DEMO_PID" 2>/dev/null
   DEMO_PID=
   local pid
-  pid=$(cat "$DEMO_ROOT/tmp/lighttpd.pid" 2>/dev/null) || return 0
-  if tr '\0' ' ' <"/proc/$pid/cmdline" 2>/dev/null | grep -qF "$DEMO_ROOT/tmp/lighttpd.conf"; then
-    echo "FAIL: lighttpd $pid outlived the demo script"
+  pid=$(cat "$DEMO_ROOT/tmp/$SERVER_PIDFILE" 2>/dev/null) || return 0
+  if tr '\0' ' ' 2>/dev/null <"/proc/$pid/cmdline" | grep -qF "$DEMO_ROOT/tmp/$SERVER_CONF"; then
+    echo "FAIL: $DEMO_SERVER $pid outlived the demo script"
     FAILURES=$((FAILURES + 1))
     kill "$pid"
   fi
