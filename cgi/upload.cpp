@@ -86,7 +86,7 @@ bool stream_file(FILE *out, long length, std::string_view boundary, char *window
 int fail_upload(const char *path) {
     // The device's upload removed the target on failure; the temporary file is already
     // gone, and no partial file may be left at the path either.
-    ::unlink(path);
+    wm::remove_file(path);
     return -1;
 }
 

@@ -156,11 +156,7 @@ int clear_token(void) {
     SessionLock lock;
     if (!lock.opened()) return lock.report_open_failure();
     wm::DevicePath file = token_file();
-    ::unlink(file.c_str());
-    // Logged as the "rm -f" the device ran through do_system.
-    char command[sizeof file.text + 8];
-    std::snprintf(command, sizeof command, "rm -f %s", file.c_str());
-    wm::log_command(command);
+    wm::remove_file(file.c_str());
     return 0;
 }
 

@@ -8,6 +8,8 @@
 #include <sys/stat.h>
 
 #include "sys/support/exec.h"
+#include <unistd.h>
+
 #include "sys/support/paths.h"
 #include "sys/support/raii.h"
 #include "sys/support/text.h"
@@ -37,6 +39,13 @@ void log_command(const char *command) {
     if (!log) return;
     UniqueFile f(std::fopen(device_path(log).c_str(), "a"));
     if (f) std::fprintf(f.get(), "%s\n", command);
+}
+
+void remove_file(const char *path) {
+    ::unlink(path);
+    char command[kPathSize + 8];
+    std::snprintf(command, sizeof command, "rm -f %s", path);
+    log_command(command);
 }
 
 namespace {

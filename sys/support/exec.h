@@ -18,4 +18,8 @@ int run_argv_line(const char *const argv[], std::span<char> line, bool keep_line
 // the commands it runs: for work done without a shell that stands for a device command.
 void log_command(const char *command);
 
+// Removes a file as the device's "rm -f <path>" through do_system did, without a shell:
+// unlinked directly, and logged as that command.
+void remove_file(const char *path);
+
 } // namespace wm
