@@ -16,7 +16,8 @@ void RowWriter::prefix(const char *format, ...) {
 void RowWriter::add(const char *name, int index, const char *suffix, int16_t code, void *address,
                     size_t size) {
     // The last row of a table stays empty: it ends every walk over the table.
-    if (count_ >= WEBMGMT_FIELD_ROWS - 1) return;
+    ++wanted_;
+    if (count_ >= capacity_ - 1) return;
     field_desc &row = table_[count_++];
     // The longest catalogue name is about half the row's name buffer; a longer one is cut.
     int written =

@@ -19,7 +19,10 @@ namespace wm {
 // Appends rows to a zeroed table, keeping the last row empty as its terminator.
 class RowWriter {
   public:
-    explicit RowWriter(field_desc *table) : table_(table) {}
+    // `capacity` rows, the last of which stays empty; the catalogue's tables hold
+    // WEBMGMT_FIELD_ROWS. The store's maintenance tables may be larger.
+    explicit RowWriter(field_desc *table, int capacity = WEBMGMT_FIELD_ROWS)
+        : table_(table), capacity_(capacity) {}
 
     // The text put before the member names of the following rows ("m_radio[1].m_vap[2].").
     void prefix(const char *format, ...) WEBMGMT_PRINTF(2, 3);
@@ -30,10 +33,14 @@ class RowWriter {
              size_t size);
 
     int count() const { return count_; }
+    // The rows the builder asked for, written or not: the capacity a whole table needs.
+    int wanted() const { return wanted_; }
 
   private:
     field_desc *table_;
+    int capacity_;
     int count_ = 0;
+    int wanted_ = 0;
     char prefix_[WEBMGMT_FIELD_NAME_SIZE] = {};
 };
 

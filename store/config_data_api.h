@@ -40,309 +40,15 @@ extern "C" {
 #define CONFIG_ERR_ARGUMENT 5 /* null record or element, radio index out of range */
 
 /* ===================================================================================== */
-/* Common head of every section record                                                   */
+/* Records                                                                               */
 /* ===================================================================================== */
 
-/* The store's own records begin like the catalogue's: version, lock-file path, lock
- * position. `lock_file` names the file that the forms lock (through sc_lock_reg) around a
- * duplicate check of the section's list. */
-#define CONFIG_RECORD_HEAD WEBMGMT_RECORD_HEAD(WEBMGMT_DECLARE_MEMBER)
-
-/* ===================================================================================== */
-/* Managed access points                                                                 */
-/* ===================================================================================== */
-
-#define CONFIG_AP_RADIOS 3
-#define CONFIG_AP_VAPS 4
-#define CONFIG_MANAGE_AP_MAX 1 /* the controller manages one device */
-#define CONFIG_AP_TEMPLATES 4
-#define CONFIG_AP_TEMPLATE_SIZE 107440
-#define CONFIG_SCAN_SLOTS 64
-#define CONFIG_STATIONS 256
-
-typedef struct ap_vap_config {
-    uint8_t m_wlan_enable;
-    uint8_t m_wlan_hide_ssid;
-    char m_ssid[64];
-    uint16_t m_vlanid;
-    uint8_t m_bssid[6];
-    uint8_t m_security;
-    uint8_t m_securitycipher;
-    uint8_t m_authmode;
-    uint8_t m_wep_keytype;
-    char m_wep_keystr[30];
-    uint8_t m_psk_keytype;
-    char m_psk_keystr[64];
-    uint8_t m_pad0;
-    uint32_t m_radius_serverip; /* IPv4, network order */
-    uint16_t m_radius_serverport;
-    char m_radius_sharekey[64];
-    uint8_t m_pad1[2];
-    uint32_t m_tx_pkts;
-    uint32_t m_rx_pkts;
-    uint64_t m_tx_bytes;
-    uint64_t m_rx_bytes;
-} ap_vap_config;
-WEBMGMT_STATIC_ASSERT(sizeof(ap_vap_config) == 272, "ap_vap_config layout");
-
-typedef struct ap_radio_config {
-    uint8_t m_radio_type;
-    uint8_t m_wirelessmode;
-    uint8_t m_wirelessbwmode;
-    uint8_t m_ampduenable;
-    uint8_t m_wlan_isolate;
-    uint8_t m_wlan_rate;
-    int16_t m_wlan_beacon_interval;
-    int16_t m_wlan_rts;
-    int16_t m_wlan_frag;
-    int16_t m_wlan_shortGI;
-    int16_t m_wlan_txpower;
-    int16_t m_wlan_max_txpower;
-    int16_t m_channel;
-    int16_t m_channel_config;
-    int16_t m_rev_option;
-    int16_t m_coverage_threshold;
-    int16_t m_MaxStanum;
-    char contrystr[4];
-    int16_t m_stanum; /* stations on this radio now */
-    uint8_t m_pad[4];
-    ap_vap_config m_vap[CONFIG_AP_VAPS];
-} ap_radio_config;
-WEBMGMT_STATIC_ASSERT(sizeof(ap_radio_config) == 40 + 4 * 272, "ap_radio_config layout");
-
-/* The wireless configuration of one AP: what a template pushes and what a device reports. */
-typedef struct ap_config_body {
-    ap_radio_config m_radio[CONFIG_AP_RADIOS];
-    timereboot_config m_timereboot;
-    defap_weblogin m_weblogin;
-    defap_iptv m_iptv;
-    char resved[500];
-    uint8_t m_pad[4];
-} ap_config_body;
-WEBMGMT_STATIC_ASSERT(sizeof(ap_config_body) == 3 * 1128 + 6 + 66 + 8 + 500 + 4,
-                      "ap_config_body layout");
-
-/* One managed device. Its IPv4 address `m_ip` is kept in network order; the views print it
- * as a number and dotted. `m_id` of 0 or less means not registered. */
-typedef struct ap_device_record {
-    uint32_t m_ip;
-    int32_t m_lock_src;
-    int32_t m_id;
-    char m_group_name[64];
-    char m_dev_name[64];
-    uint8_t m_dev_mac[6];
-    uint8_t m_dev_status;
-    uint8_t m_dev_upgrade_status;
-    uint32_t m_onlinetime;
-    char m_sw_ver[64];
-    uint8_t m_wlan_radio_num;
-    uint8_t m_TimeRebootEnable;
-    char m_RebootTime[32];
-    char m_dev_modelname[64];
-    uint8_t m_pad[6];
-    ap_config_body m_conf;
-} ap_device_record;
-WEBMGMT_STATIC_ASSERT(sizeof(ap_device_record) == 320 + sizeof(ap_config_body),
-                      "ap_device_record layout");
-
-/* The managed-AP list section. `m_ac_marker` is set to 254 by the controller DHCP form when
- * controller mode is switched off. */
-typedef struct manage_ap_list_config {
-    CONFIG_RECORD_HEAD
-    uint8_t m_ac_marker;
-    uint8_t m_pad[3];
-    int32_t count;
-    ap_device_record m_ap[CONFIG_MANAGE_AP_MAX];
-    char resved[500];
-    uint8_t m_pad2[4];
-} manage_ap_list_config;
-WEBMGMT_STATIC_ASSERT(sizeof(manage_ap_list_config) == 144 + sizeof(ap_device_record) + 504,
-                      "manage_ap_list_config layout");
-
-/* One AP template: 107,440 bytes. A device whose MAC equals `m_member_mac` belongs to the
- * template's group; `m_bind_mac` is the device bound to it (all zero: none). */
-typedef struct ap_template_entry {
-    int32_t m_wlan_group_id; /* 0 or less: unused template */
-    char m_wlan_group_name[64];
-    char m_modelname[64];
-    uint8_t m_member_mac[6];
-    uint8_t m_bind_mac[6];
-    defap_radio m_radio[CONFIG_AP_RADIOS]; /* as in the default template */
-    timereboot_config m_timereboot;
-    defap_weblogin m_weblogin;
-    defap_iptv m_iptv;
-    char resved[CONFIG_AP_TEMPLATE_SIZE - 144 - 3 * sizeof(defap_radio) - 80];
-} ap_template_entry;
-WEBMGMT_STATIC_ASSERT(sizeof(ap_template_entry) == CONFIG_AP_TEMPLATE_SIZE, "AP template size");
-
-typedef struct ap_template_list_config {
-    CONFIG_RECORD_HEAD
-    int32_t count;
-    uint8_t m_pad[4];
-    ap_template_entry m_template[CONFIG_AP_TEMPLATES]; /* the template array */
-} ap_template_list_config;
-WEBMGMT_STATIC_ASSERT(sizeof(ap_template_list_config) == 144 + 4 * CONFIG_AP_TEMPLATE_SIZE,
-                      "ap_template_list_config layout");
-
-/* One slot of a wireless scan list: shown when both channel and signal are non-zero. */
-typedef struct ap_scan_slot {
-    char m_name[32];
-    uint8_t m_bssid[6];
-    int16_t m_signal;
-    char m_quality;
-    uint8_t m_pad;
-    int16_t m_channel;
-} ap_scan_slot;
-WEBMGMT_STATIC_ASSERT(sizeof(ap_scan_slot) == 44, "ap_scan_slot layout");
-
-typedef struct ap_runtime_entry {
-    uint8_t m_dev_mac[6];
-    uint8_t m_pad[2];
-    ap_scan_slot m_scan[CONFIG_AP_RADIOS][CONFIG_SCAN_SLOTS];
-} ap_runtime_entry;
-
-/* The AP runtime-information table: the scan lists of each managed AP. */
-typedef struct ap_runtime_config {
-    CONFIG_RECORD_HEAD
-    int32_t count;
-    ap_runtime_entry m_ap[CONFIG_MANAGE_AP_MAX];
-} ap_runtime_config;
-WEBMGMT_STATIC_ASSERT(sizeof(ap_runtime_config) == 140 + 8 + 3 * 64 * 44,
-                      "ap_runtime_config layout");
-
-/* One associated station. `m_time` below 0 or `m_signal` 0 mark an unused entry. */
-typedef struct sta_entry {
-    uint8_t m_radioid;
-    uint8_t m_wlanid;
-    uint8_t m_mac[6];
-    char m_ip[16];
-    int32_t m_signal;
-    int32_t m_tx_rate;
-    int32_t m_rx_rate;
-    int32_t m_time;
-} sta_entry;
-WEBMGMT_STATIC_ASSERT(sizeof(sta_entry) == 40, "sta_entry layout");
-
-typedef struct sta_table {
-    uint8_t m_ap_mac[6]; /* the AP the stations belong to (zero for the device's own) */
-    uint8_t m_pad[2];
-    sta_entry m_sta[CONFIG_STATIONS];
-} sta_table;
-
-/* The station tables: the device's own radios, then one per managed AP. */
-typedef struct ap_user_config {
-    CONFIG_RECORD_HEAD
-    int32_t count; /* managed-AP tables in use */
-    sta_table m_local;
-    sta_table m_ap[CONFIG_MANAGE_AP_MAX];
-} ap_user_config;
-WEBMGMT_STATIC_ASSERT(sizeof(ap_user_config) == 140 + (1 + CONFIG_MANAGE_AP_MAX) * 10248,
-                      "ap_user_config layout");
-
-/* ===================================================================================== */
-/* Clients, client groups and station marks                                              */
-/* ===================================================================================== */
-
-#define CONFIG_CLIENTS 300
-#define CONFIG_CLIENT_GROUPS 10
-#define CONFIG_STA_MARKS 300
-
-/* One client account; `m_id` of 0 or less marks a free slot. */
-typedef struct client_account {
-    int32_t m_id;
-    uint8_t m_haddr[6];
-    int16_t m_max_conn;
-    int16_t m_limit_up;
-    int16_t m_limit_down;
-    int16_t m_allow_time;
-    uint8_t m_is_deny; /* 1: on the blacklist */
-    uint8_t m_is_attck;
-    uint8_t m_auth_type;
-    uint8_t m_group_id;
-    uint8_t m_state;
-    uint8_t m_role;
-    uint8_t m_is_bindmac; /* 1: the MAC is bound to the account */
-    uint8_t m_pad;
-    uint16_t m_vlan;
-    uint32_t m_max_on_line;
-    uint32_t m_start_time;
-    uint32_t m_end_time;
-    uint32_t m_last_time;
-    char m_open_id[31];
-    char m_card_id[21];
-    char m_name[21];
-    char m_account[21];
-    char m_pass[21];
-    char m_tel[21];
-    char m_mark[100];
-    char resved[120];
-} client_account;
-WEBMGMT_STATIC_ASSERT(sizeof(client_account) == 400, "client_account layout");
-
-/* One station mark; used when the first byte of the MAC is non-zero. */
-typedef struct sta_mark {
-    uint8_t mac[6];
-    char mark[85];
-} sta_mark;
-WEBMGMT_STATIC_ASSERT(sizeof(sta_mark) == 91, "sta_mark layout");
-
-typedef struct clients_config {
-    CONFIG_RECORD_HEAD
-    int32_t count;
-    client_account m_client[CONFIG_CLIENTS];
-    sta_mark m_sta_mark[CONFIG_STA_MARKS];
-    char resved[500];
-    uint8_t m_pad[4];
-} clients_config;
-WEBMGMT_STATIC_ASSERT(sizeof(clients_config) == 136 + 4 + 300 * 400 + 300 * 91 + 504,
-                      "clients_config layout");
-
-typedef struct client_group {
-    int32_t m_id; /* 0 or less: free */
-    char m_name[20];
-    char resved[100];
-} client_group;
-WEBMGMT_STATIC_ASSERT(sizeof(client_group) == 124, "client_group layout");
-
-typedef struct clients_groups_config {
-    CONFIG_RECORD_HEAD
-    int32_t count;
-    client_group m_group[CONFIG_CLIENT_GROUPS];
-    char resved[500];
-} clients_groups_config;
-WEBMGMT_STATIC_ASSERT(sizeof(clients_groups_config) == 140 + 1240 + 500,
-                      "clients_groups_config layout");
-
-/* ===================================================================================== */
-/* Firmware-update schedule and DHCP-check messages                                      */
-/* ===================================================================================== */
-
-typedef struct dhcp_check_msg {
-    uint8_t id;
-    char msg[81]; /* 80 characters and the terminator */
-} dhcp_check_msg;
-
-typedef struct update_config {
-    CONFIG_RECORD_HEAD
-    uint8_t m_enable;
-    uint8_t m_type;
-    uint8_t m_hour;
-    uint8_t m_min;
-    uint8_t m_isreset;
-    char m_dev_modelname[64];
-    char m_dev_array_index[16];
-    dhcp_check_msg m_dhcp_check[3];
-    char resved[500];
-    uint8_t m_pad;
-} update_config;
-WEBMGMT_STATIC_ASSERT(sizeof(update_config) == 136 + 5 + 80 + 246 + 501, "update_config layout");
-
-/* ===================================================================================== */
-/* Access-control item list                                                              */
-/* ===================================================================================== */
-
-/* GetAclItemList and GetAclItemList_Ext fill a misc_ext_acl buffer (119,292 bytes): the
- * count, the list's mode word, 128 acl_entry slots, reserved room. */
+/* Every section record, and every element the list operations take, is declared in the
+ * public headers of libwebmgmt (webmgmt.h): the catalogue's records, the device records of
+ * webmgmt/device.h. `lock_file` in the head of each names the file that the forms lock
+ * (through sc_lock_reg) around a duplicate check of the section's list. GetAclItemList and
+ * GetAclItemList_Ext fill a misc_ext_acl buffer (119,292 bytes): the count, the list's mode
+ * word, 128 acl_entry slots, reserved room. */
 
 /* ===================================================================================== */
 /* Section getters and savers                                                            */
@@ -517,6 +223,14 @@ CONFIG_API int ModifyClientsGroupsItem(clients_groups_config *list, client_group
 CONFIG_API int DelClientsGroupsItem(clients_groups_config *list, const void *key);
 CONFIG_API int DelAllClientsGroupsItem(void);
 
+/* The templates of the AP-template list, keyed on m_wlan_group_id: each operation changes
+ * one template of the stored list (or, DelAll, empties it) without touching the others, so
+ * two programs editing different templates at once both keep their change. */
+CONFIG_API int AddApTemplateItem(ap_template_list_config *list, ap_template_entry *element);
+CONFIG_API int ModifyApTemplateItem(ap_template_list_config *list, ap_template_entry *element);
+CONFIG_API int DelApTemplateItem(ap_template_list_config *list, const void *key);
+CONFIG_API int DelAllApTemplateItem(void);
+
 /* ===================================================================================== */
 /* Lookups and the list lock                                                             */
 /* ===================================================================================== */
@@ -545,6 +259,12 @@ CONFIG_API const char *SC_Config_Section_Name(int index);
 CONFIG_API void *SC_Get_Config_By_Name(const char *section, uint32_t *size);
 /* Saves the named section from `record` (its size as the getter gave it). */
 CONFIG_API int SC_Save_Config_By_Name(const char *section, const void *record, int to_flash);
+/* Fills `table` (at most `capacity` rows, the last left empty) with the field table of the
+ * named section over `record`: every member by its dotted name, as the defaults files name
+ * them. Returns the number of rows the whole table needs (which may exceed
+ * WEBMGMT_FIELD_ROWS for the store's large lists), or -1 for an unknown section. */
+CONFIG_API int SC_Config_Field_Table(const char *section, void *record, field_desc *table,
+                                     int capacity);
 /* Returns the named section, or every section for "all", to its factory defaults: both
  * copies are removed and the next getter rebuilds the section from the defaults files. */
 CONFIG_API int SC_Reset_Config(const char *section);

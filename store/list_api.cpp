@@ -120,6 +120,7 @@ LIST_CALLS(Qos, qos_config, qos_rule, lists::kQosList)
 LIST_CALLS(DhcpStatic, lan_config, lan_bind, lists::kDhcpStaticList)
 LIST_CALLS(Clients, clients_config, client_account, lists::kClientsList)
 LIST_CALLS(ClientsGroups, clients_groups_config, client_group, lists::kClientGroupsList)
+LIST_CALLS(ApTemplate, ap_template_list_config, ap_template_entry, lists::kApTemplateList)
 
 int AC_AddDhcpStaticItem(lan_config *lan, lan_bind *e) {
     return list_add(lists::kAcDhcpStaticList, lan, e);

@@ -48,18 +48,18 @@ extern "C" {
 int SC_Get_Ap_Info_By_Mac(const manage_ap_list_config *list, const uint8_t *mac) {
     if (!list) list = SC_Get_ManageApList_System_Config();
     if (!list || !mac) return -1;
-    int n = clamp_count(list->count, CONFIG_MANAGE_AP_MAX);
+    int n = clamp_count(list->count, WEBMGMT_AP_MAX);
     for (int i = 0; i < n; ++i)
-        if (std::memcmp(list->m_ap[i].m_dev_mac, mac, 6) == 0) return i;
+        if (std::memcmp(list->m_ap[i].m_dev_mac.mac, mac, 6) == 0) return i;
     return -1;
 }
 
 int SC_Get_ApUser_Info_By_Mac(const ap_user_config *tables, const uint8_t *mac) {
     if (!tables) tables = SC_Get_ApUser_System_Config();
     if (!tables || !mac) return -1;
-    int n = clamp_count(tables->count, CONFIG_MANAGE_AP_MAX);
+    int n = clamp_count(tables->count, WEBMGMT_AP_MAX);
     for (int i = 0; i < n; ++i)
-        if (std::memcmp(tables->m_ap[i].m_ap_mac, mac, 6) == 0) return i;
+        if (std::memcmp(tables->m_ap[i].m_ap_mac.mac, mac, 6) == 0) return i;
     return -1;
 }
 

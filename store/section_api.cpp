@@ -71,6 +71,13 @@ int SC_Save_Config_By_Name(const char *name, const void *record, int to_flash) {
     return wm::store::save(SectionId(i), record, to_flash != 0);
 }
 
+int SC_Config_Field_Table(const char *name, void *record, field_desc *table, int capacity) {
+    int i = wm::store::section_index(name);
+    if (i < 0 || !record) return -1;
+    if (!table) capacity = 0;
+    return wm::store::section(SectionId(i)).builder(table, capacity, record);
+}
+
 int SC_Reset_Config(const char *name) {
     if (name && std::strcmp(name, "all") == 0) {
         int rc = CONFIG_OK;

@@ -4,20 +4,26 @@
 
 #include <cstddef>
 
+#include "conf/member_list.h"
+
 namespace wm::store {
 namespace {
 
-// A catalogue section: its defaults file is "<stem>.conf", loaded through its builder.
+// A catalogue section: its field table is the catalogue's builder's (which fits the
+// catalogue's table size).
 #define CATALOGUE_SECTION(stem, type, builder)                                                     \
     Section {                                                                                      \
-        stem, sizeof(type),                                                                        \
-            [](field_desc *table, void *record) { builder(table, static_cast<type *>(record)); },  \
-            stem ".conf"                                                                           \
+        stem, sizeof(type), [](field_desc *table, int capacity, void *record) {                    \
+            if (capacity >= WEBMGMT_FIELD_ROWS) builder(table, static_cast<type *>(record));       \
+            return WEBMGMT_FIELD_ROWS;                                                             \
+        }                                                                                          \
     }
-// A section only the store knows: its defaults are zeros.
+// A section only the store knows: its field table is made from the record's member list.
 #define STORE_SECTION(stem, type)                                                                  \
     Section {                                                                                      \
-        stem, sizeof(type), nullptr, nullptr                                                       \
+        stem, sizeof(type), [](field_desc *table, int capacity, void *record) {                    \
+            return record_rows(table, capacity, *static_cast<type *>(record));                     \
+        }                                                                                          \
     }
 
 constexpr Section kSections[kSectionCount] = {
@@ -50,6 +56,7 @@ constexpr const ListDesc *kAllLists[] = {
     &lists::kTimeGroupList, &lists::kDhcpStaticList, &lists::kAcDhcpStaticList,
     &lists::kAclLists[0],   &lists::kAclLists[1],    &lists::kAclLists[2],
     &lists::kAclExtList,    &lists::kClientsList,    &lists::kClientGroupsList,
+    &lists::kApTemplateList,
 };
 
 } // namespace

@@ -19,35 +19,6 @@
 
 namespace {
 
-using Builder = void (*)(field_desc *, void *);
-
-struct Known {
-    const char *section;
-    Builder build;
-};
-
-template <typename T, void (*F)(field_desc *, T *)> void thunk(field_desc *t, void *r) {
-    F(t, static_cast<T *>(r));
-}
-
-// The sections that have a field table (the store's own records have none).
-constexpr Known kKnown[] = {
-    {"lan", thunk<lan_config, lan_field>},
-    {"wan", thunk<wan_config, wan_field>},
-    {"misc", thunk<misc_config, misc_field>},
-    {"misc_ext", thunk<misc_ext_config, misc_ext_field>},
-    {"productinfo", thunk<productinfo_config, productinfo_field>},
-    {"wifi", thunk<wifi_config, WiFi_field>},
-    {"defap", thunk<defap_config, defap_field>},
-    {"qos", thunk<qos_config, qos_field>},
-    {"fwurl", thunk<fwurl_config, fwurl_field>},
-    {"fwmac", thunk<fwmac_config, fwmac_field>},
-    {"timegroup", thunk<timegroup_config, timegroup_field>},
-    {"ipport", thunk<ipport_config, ipport_field>},
-    {"vsipport", thunk<vsipport_config, vsipport_field>},
-    {"fwipport", thunk<fwipport_config, fwipport_field>},
-};
-
 int usage() {
     std::fprintf(stderr, "usage: wmconfig sections\n"
                          "       wmconfig show SECTION [NAME...]\n"
@@ -57,11 +28,18 @@ int usage() {
     return 2;
 }
 
-// The field table of the section's record in this process, or null.
+// The field table of the section's record in this process; every section has one (the
+// store's own large lists have more rows than the catalogue's tables hold).
 struct Table {
     field_desc *rows = nullptr;
+    int count = 0;
     void *record = nullptr;
     ~Table() { std::free(rows); }
+    const field_desc *find(const char *name) const {
+        for (int r = 0; r < count && rows[r].name[0]; ++r)
+            if (std::strcmp(rows[r].name, name) == 0) return &rows[r];
+        return nullptr;
+    }
 };
 
 bool open_table(const char *section, Table &t) {
@@ -71,17 +49,13 @@ bool open_table(const char *section, Table &t) {
         std::fprintf(stderr, "wmconfig: no section %s\n", section);
         return false;
     }
-    for (const Known &k : kKnown)
-        if (std::strcmp(k.section, section) == 0) {
-            t.rows =
-                static_cast<field_desc *>(std::calloc(WEBMGMT_FIELD_ROWS + 1, sizeof(field_desc)));
-            if (!t.rows) return false;
-            clean_points(t.rows);
-            k.build(t.rows, t.record);
-            return true;
-        }
-    std::fprintf(stderr, "wmconfig: section %s has no field table\n", section);
-    return false;
+    int need = SC_Config_Field_Table(section, t.record, nullptr, 0);
+    if (need < 0) return false;
+    t.count = need + 1;
+    t.rows = static_cast<field_desc *>(std::calloc(size_t(t.count), sizeof(field_desc)));
+    if (!t.rows) return false;
+    SC_Config_Field_Table(section, t.record, t.rows, t.count);
+    return true;
 }
 
 void print_text(const char *p, size_t size) {
@@ -150,7 +124,7 @@ bool wanted(const char *name, int count, char **names) {
 int show(const char *section, int count, char **names) {
     Table t;
     if (!open_table(section, t)) return 1;
-    for (int r = 0; r < WEBMGMT_FIELD_ROWS && t.rows[r].name[0]; ++r) {
+    for (int r = 0; r < t.count && t.rows[r].name[0]; ++r) {
         if (!wanted(t.rows[r].name, count, names)) continue;
         std::printf("%s=", t.rows[r].name);
         print_value(t.rows[r]);
@@ -162,20 +136,13 @@ int show(const char *section, int count, char **names) {
 int get(const char *section, const char *name) {
     Table t;
     if (!open_table(section, t)) return 1;
-    for (int r = 0; r < WEBMGMT_FIELD_ROWS && t.rows[r].name[0]; ++r)
-        if (std::strcmp(t.rows[r].name, name) == 0) {
-            print_value(t.rows[r]);
-            std::putchar('\n');
-            return 0;
-        }
+    if (const field_desc *row = t.find(name)) {
+        print_value(*row);
+        std::putchar('\n');
+        return 0;
+    }
     std::fprintf(stderr, "wmconfig: %s has no member %s\n", section, name);
     return 1;
-}
-
-bool has_row(const Table &t, const char *name) {
-    for (int r = 0; r < WEBMGMT_FIELD_ROWS && t.rows[r].name[0]; ++r)
-        if (std::strcmp(t.rows[r].name, name) == 0) return true;
-    return false;
 }
 
 int set(bool flash, const char *section, int count, char **assignments) {
@@ -185,11 +152,13 @@ int set(bool flash, const char *section, int count, char **assignments) {
         char *eq = std::strchr(assignments[i], '=');
         if (!eq) return usage();
         *eq = '\0';
-        if (!has_row(t, assignments[i])) {
+        const field_desc *row = t.find(assignments[i]);
+        if (!row) {
             std::fprintf(stderr, "wmconfig: %s has no member %s\n", section, assignments[i]);
             return 1;
         }
-        set_value(t.rows, assignments[i], eq + 1);
+        // From the row itself: a large table's later rows lie beyond set_value's reach.
+        set_value(const_cast<field_desc *>(row), assignments[i], eq + 1);
     }
     int rc = SC_Save_Config_By_Name(section, t.record, flash);
     if (rc != CONFIG_OK) {

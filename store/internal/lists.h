@@ -64,10 +64,16 @@ inline constexpr ListDesc kAclExtList = make<acl_entry>(
 
 inline constexpr ListDesc kClientsList = make<client_account>(
     kClients, offsetof(clients_config, count), sizeof(int32_t), offsetof(clients_config, m_client),
-    CONFIG_CLIENTS, offsetof(client_account, m_id));
+    WEBMGMT_CLIENTS, offsetof(client_account, m_id));
 inline constexpr ListDesc kClientGroupsList = make<client_group>(
     kClientGroups, offsetof(clients_groups_config, count), sizeof(int32_t),
-    offsetof(clients_groups_config, m_group), CONFIG_CLIENT_GROUPS, offsetof(client_group, m_id));
+    offsetof(clients_groups_config, m_group), WEBMGMT_CLIENT_GROUPS, offsetof(client_group, m_id));
+
+// The AP templates, keyed on their group id.
+inline constexpr ListDesc kApTemplateList =
+    make<ap_template_entry>(kApTemplates, offsetof(ap_template_list_config, count),
+                            sizeof(int32_t), offsetof(ap_template_list_config, m_template),
+                            WEBMGMT_AP_TEMPLATES, offsetof(ap_template_entry, m_wlan_group_id));
 
 } // namespace lists
 

@@ -35,13 +35,14 @@ enum SectionId : int {
     kSectionCount
 };
 
-using Builder = void (*)(field_desc *table, void *record);
+// Writes the section's field table over `record` into `table` (at most `capacity` rows, the
+// last left empty) and returns the rows the whole table needs.
+using Builder = int (*)(field_desc *table, int capacity, void *record);
 
 struct Section {
-    const char *name; // file stem: <name>.bin, <name>.lock
+    const char *name; // file stem: <name>.bin, <name>.lock; defaults file <name>.conf
     uint32_t size;
-    Builder builder;      // field table for the defaults file; null: no defaults file
-    const char *defaults; // defaults file in the defaults directory
+    Builder builder; // the field table: the catalogue's builder, or one made from the members
 };
 
 // A list inside a section: a count member, then `capacity` elements, each with a 32-bit id.
@@ -102,5 +103,8 @@ class Transaction {
 
 // Fills `record` with the factory defaults of the section (defaults.cpp).
 void load_defaults(const Section &s, void *record);
+// The section's field table over `record` in a heap table of `*rows` rows (the last empty),
+// or null when memory runs out.
+field_desc *field_table(const Section &s, void *record, int *rows);
 
 } // namespace wm::store

@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# The shared library exports the functions and variables the public header declares, and no
-# others, and needs nothing at run time but the C library.
+# The shared library exports the functions and variables the public headers declare, and no
+# others, and needs nothing at run time but the C library. $2 is the folder of the headers.
 set -eu
-lib=$1 header=$2
+lib=$1 headers=$2
 fail=0
 exported=$(nm -D --defined-only "$lib" | awk '$2 ~ /[TDBRVW]/ {print $3}' | sort -u)
-declared=$(sed -n 's/^WEBMGMT_API \(.*\)/\1/p' "$header" |
+declared=$(cat "$headers"/webmgmt.h "$headers"/webmgmt/*.h | sed -n 's/^WEBMGMT_API \(.*\)/\1/p' |
   sed -E 's/\(.*//; s/[[:space:]]*\[.*//; s/;//; s/.*[ *]//' | sort -u)
 extra=$(comm -23 <(echo "$exported") <(echo "$declared"))
 missing=$(comm -13 <(echo "$exported") <(echo "$declared"))

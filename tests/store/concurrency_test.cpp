@@ -68,7 +68,7 @@ void expect_stored(const TempRoot &root, const std::vector<Outcome> &outcomes, i
     EXPECT_LE(int(added.size()), capacity);
     auto stored = wmtest::run_in_child([&] {
         clients_config *c = SC_Get_Clients_System_Config();
-        for (int i = 0; i < CONFIG_CLIENTS; ++i)
+        for (int i = 0; i < WEBMGMT_CLIENTS; ++i)
             if (c->m_client[i].m_id > 0)
                 std::printf("%s %d\n", c->m_client[i].m_name, c->m_client[i].m_id);
         std::printf("count %d\n", c->count);
@@ -98,7 +98,7 @@ TEST(Concurrency, TwentyFourProcessesAddingAtOnceLoseNothing) {
     TempRoot root;
     auto outcomes = add_in_parallel(24, 12); // 288 adds into 300 slots
     ASSERT_EQ(outcomes.size(), 288u);
-    expect_stored(root, outcomes, CONFIG_CLIENTS);
+    expect_stored(root, outcomes, WEBMGMT_CLIENTS);
     for (const Outcome &o : outcomes)
         EXPECT_EQ(o.result, CONFIG_OK);
 }
@@ -110,8 +110,8 @@ TEST(Concurrency, SixteenProcessesOverfillingAListGetFullAndNoMore) {
     int ok = 0;
     for (const Outcome &o : outcomes)
         ok += o.result == CONFIG_OK;
-    EXPECT_EQ(ok, CONFIG_CLIENTS);
-    expect_stored(root, outcomes, CONFIG_CLIENTS);
+    EXPECT_EQ(ok, WEBMGMT_CLIENTS);
+    expect_stored(root, outcomes, WEBMGMT_CLIENTS);
 }
 
 } // namespace

@@ -238,14 +238,14 @@ TEST_F(Lists, AccessListReadersAndByMacLookups) {
     const uint8_t mac[6] = {0, 0x11, 0x22, 0x33, 0x44, 0x55};
     EXPECT_EQ(SC_Get_Ap_Info_By_Mac(aps, mac), -1);
     aps->count = 1;
-    std::memcpy(aps->m_ap[0].m_dev_mac, mac, 6);
+    std::memcpy(aps->m_ap[0].m_dev_mac.mac, mac, 6);
     EXPECT_EQ(SC_Get_Ap_Info_By_Mac(aps, mac), 0);
     aps->count = 1000; // a count beyond the table is cut to it
     EXPECT_EQ(SC_Get_Ap_Info_By_Mac(aps, mac), 0);
     EXPECT_EQ(SC_Get_Ap_Info_By_Mac(aps, nullptr), -1);
     ap_user_config *users = SC_Get_ApUser_System_Config();
     users->count = 1;
-    std::memcpy(users->m_ap[0].m_ap_mac, mac, 6);
+    std::memcpy(users->m_ap[0].m_ap_mac.mac, mac, 6);
     EXPECT_EQ(SC_Get_ApUser_Info_By_Mac(users, mac), 0);
     const uint8_t other[6] = {1, 2, 3, 4, 5, 6};
     EXPECT_EQ(SC_Get_ApUser_Info_By_Mac(users, other), -1);

@@ -78,7 +78,6 @@ TEST_F(Wmconfig, RefusesWhatItDoesNotKnow) {
         {"set lan nosuchmember=1", 1, "lan has no member nosuchmember"},
         {"get lan nosuchmember", 1, "lan has no member nosuchmember"},
         {"show nosuchsection", 1, "no section nosuchsection"},
-        {"show clients", 1, "has no field table"},
         {"reset nosuchsection", 1, "resetting nosuchsection failed"},
         {"set lan", 2, "usage"},
         {"", 2, "usage"},

@@ -1,0 +1,40 @@
+/*
+ * webmgmt: the views that print a configuration section or live state as JSON (or
+ * XML) on standard output.
+ */
+#ifndef WEBMGMT_VIEWS_H
+#define WEBMGMT_VIEWS_H
+
+#include "webmgmt/common.h"
+#include "webmgmt/network.h"
+#include "webmgmt/wireless.h"
+
+WEBMGMT_BEGIN_DECLS
+
+/* ===================================================================================== */
+/* Configuration views                                                                   */
+/* ===================================================================================== */
+
+/* Views print one configuration section as a JSON document on standard output. They only
+ * read the record the caller fetched from the configuration store, and report nothing. */
+
+/* System views. */
+WEBMGMT_API void printf_ProductInfo_json(const productinfo_config *config);
+WEBMGMT_API void printf_Misc_json(const misc_config *config);
+WEBMGMT_API void printf_Dmz_json(const misc_config *config);
+WEBMGMT_API void printf_DDNS_json(const misc_config *config);
+WEBMGMT_API void printf_NAT_json(const misc_config *config);
+/* The roaming settings of the wireless record. */
+WEBMGMT_API void printf_kvr_json(const wifi_config *config);
+
+/* Rule-list views: every slot of the table is printed, whatever the count. */
+WEBMGMT_API void printf_VsIpport_json(const vsipport_config *config);
+WEBMGMT_API void printf_FwIpport_json(const fwipport_config *config);
+WEBMGMT_API void printf_IpGroup_json(const ipport_config *config);
+WEBMGMT_API void printf_TimeGroup_json(const timegroup_config *config);
+WEBMGMT_API void printf_FwMac_json(const fwmac_config *config);
+WEBMGMT_API void printf_FwUrl_json(const fwurl_config *config);
+WEBMGMT_API void printf_Qos_json(const qos_config *config);
+
+WEBMGMT_END_DECLS
+#endif /* WEBMGMT_VIEWS_H */
