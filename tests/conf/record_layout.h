@@ -8,6 +8,7 @@
 #include <cstring>
 #include <string>
 
+#include "conf/member_list.h"
 #include "webmgmt.h"
 
 namespace wmtest {
@@ -87,6 +88,52 @@ inline const field_desc *row_named(const BuiltTable &built, const std::string &n
     return nullptr;
 }
 
+// The members of one record declared in the one-list style: "<type> size <bytes>", then
+// "<member> <offset> <size>" per member of its list, padding included (nested blocks are
+// listed under their own type). A pointer member prints "pointer" and its record no size:
+// those differ between the 32-bit device and 64-bit hosts by design.
+template <class T> void member_layout(std::string &text) {
+    T *o = static_cast<T *>(calloc(1, sizeof(T)));
+    std::string body;
+    bool pointers = false;
+    char line[256];
+    wm::MemberList<T>::visit(*o, [&](const char *name, int16_t code, auto &m) {
+        using M = std::remove_reference_t<decltype(m)>;
+        long offset = long(reinterpret_cast<unsigned char *>(&m) - reinterpret_cast<unsigned char *>(o));
+        if constexpr (std::is_pointer_v<M>) {
+            pointers = true;
+            snprintf(line, sizeof line, "  %s pointer\n", name);
+        } else {
+            snprintf(line, sizeof line, "  %s %ld %zu code %d\n", name, offset, sizeof(M), code);
+        }
+        body += line;
+    });
+    if (pointers)
+        snprintf(line, sizeof line, "%s size pointer-dependent\n", wm::MemberList<T>::type_name);
+    else
+        snprintf(line, sizeof line, "%s size %zu\n", wm::MemberList<T>::type_name, sizeof(T));
+    text += line + body;
+    free(o);
+}
+
+template <class... T> std::string member_layouts() {
+    std::string text;
+    (member_layout<T>(text), ...);
+    return text;
+}
+
+// The records outside the catalogue: device management, the probes' records, the
+// static-lease form's working element.
+inline std::string device_layout() {
+    return member_layouts<ap_radio, ap_config_body, ap_device_record, manage_ap_list_config,
+                          ap_template_entry, ap_template_list_config, ap_scan_slot,
+                          ap_runtime_entry, ap_runtime_config, sta_entry, sta_table,
+                          ap_user_config, client_account, sta_mark, clients_config, client_group,
+                          clients_groups_config, dhcp_check_msg, update_config, dhcp_static_item,
+                          port_status, mem_sample, cpu_sample, cpu_previous, sys_status, arp_host,
+                          arp_host_table, lease_entry>();
+}
+
 inline std::string catalogue_layout() {
     std::string text;
     char line[256];
@@ -101,7 +148,7 @@ inline std::string catalogue_layout() {
             text += line;
         }
     }
-    return text;
+    return text + device_layout();
 }
 
 } // namespace wmtest
