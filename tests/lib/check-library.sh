@@ -5,7 +5,7 @@ set -eu
 lib=$1 headers=$2
 fail=0
 exported=$(nm -D --defined-only "$lib" | awk '$2 ~ /[TDBRVW]/ {print $3}' | sort -u)
-declared=$(cat "$headers"/webmgmt.h "$headers"/webmgmt/*.h | sed -n 's/^WEBMGMT_API \(.*\)/\1/p' |
+declared=$(find "$headers" -name "*.h" -exec cat {} + | sed -n 's/^WEBMGMT_API \(.*\)/\1/p' |
   sed -E 's/\(.*//; s/[[:space:]]*\[.*//; s/;//; s/.*[ *]//' | sort -u)
 extra=$(comm -23 <(echo "$exported") <(echo "$declared"))
 missing=$(comm -13 <(echo "$exported") <(echo "$declared"))
