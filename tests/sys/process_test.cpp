@@ -3,6 +3,7 @@
 // emulator, so only children are compared).
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
@@ -14,6 +15,7 @@
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <time.h>
 #include <vector>
 
 #include "support/harness.h"
@@ -30,41 +32,67 @@ void reset_scan() {
     }
 }
 
-// A child running `exe 1000` (a copy of sleep); started once exec has happened, so that
-// /proc already shows the new name. Killed and reaped on scope exit.
+// The state letter of /proc/<pid>/stat (after the name, which may hold blanks and
+// parentheses), or 0 when the file cannot be read.
+char proc_state(pid_t pid) {
+    std::string stat = wmtest::read_file("/proc/" + std::to_string(pid) + "/stat");
+    size_t close = stat.rfind(") ");
+    return close == std::string::npos || close + 2 >= stat.size() ? 0 : stat[close + 2];
+}
+
+// A child that has settled: a copy of the shell, renamed, that writes one byte to say it is
+// ready and then blocks reading a pipe nobody writes to. Its state and resident size stay
+// as they are while the test compares them. Killed and reaped on scope exit.
 class Sleeper {
   public:
     explicit Sleeper(const std::string &exe, int nice_value = 0) {
-        int fds[2];
-        if (pipe2(fds, O_CLOEXEC) != 0) return;
+        int ready[2], input[2];
+        if (pipe2(ready, O_CLOEXEC) != 0) return;
+        if (pipe2(input, O_CLOEXEC) != 0) return;
         pid_ = fork();
         if (pid_ == 0) {
             if (nice_value) setpriority(PRIO_PROCESS, 0, nice_value);
-            execl(exe.c_str(), exe.c_str(), "1000", static_cast<char *>(nullptr));
+            dup2(input[0], 0);
+            dup2(ready[1], 3);
+            execl(exe.c_str(), exe.c_str(), "-c", "printf x >&3; read line",
+                  static_cast<char *>(nullptr));
             _exit(127);
         }
-        close(fds[1]);
+        close(ready[1]);
+        close(input[0]);
+        input_ = input[1];
         char c;
-        // Reads end-of-file once exec has closed the child's end.
-        while (read(fds[0], &c, 1) < 0 && errno == EINTR) {
+        while (read(ready[0], &c, 1) < 0 && errno == EINTR) {
         }
-        close(fds[0]);
+        close(ready[0]);
+        wait_until_blocked();
     }
     ~Sleeper() {
         if (pid_ > 0) kill(pid_, SIGKILL), waitpid(pid_, nullptr, 0);
+        if (input_ >= 0) close(input_);
     }
     pid_t pid() const { return pid_; }
 
   private:
+    // After its byte the child's only way to sleep is the read: wait for that state. The
+    // bound is far beyond what a loaded machine needs; the test fails on it, not later.
+    void wait_until_blocked() const {
+        for (int i = 0; i < 60000 && pid_ > 0 && proc_state(pid_) != 'S'; ++i) {
+            struct timespec pause = {0, 1000000};
+            nanosleep(&pause, nullptr);
+        }
+        EXPECT_EQ(proc_state(pid_), 'S') << "child " << pid_ << " never blocked";
+    }
     pid_t pid_ = -1;
+    int input_ = -1;
 };
 
-// Copies of sleep under chosen names live in the private tree.
+// Copies of the shell under chosen names live in the private tree.
 class Processes : public ::testing::Test {
   protected:
     std::string copy_sleep(const std::string &name) {
         std::string path = root_.path("/usr/sbin/" + name);
-        run_shell("cp \"$(command -v sleep)\" '" + path + "'");
+        run_shell("cp \"$(command -v sh)\" '" + path + "'");
         return path;
     }
     // A command name unique to this test process (at most 15 characters).
