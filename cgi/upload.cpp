@@ -7,6 +7,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <span>
+#include <string_view>
 #include <unistd.h>
 
 #include "cgi/multipart.h"
@@ -151,16 +152,28 @@ int save_queue_for_upload(const char *path) {
 }
 
 int killDaemon(void) {
+    // A fixed command with no request data in it: run through the shell as the device runs
+    // it, so that a script without a "#!" line still runs and the status is the shell's.
+    // The path is quoted, as the test root that moves it may hold any character.
     auto script = wm::device_path(wm::fixed::kKillForUpload);
-    const char *const argv[] = {script.c_str(), nullptr};
-    // The script's output is thrown away, as "> /dev/null" did.
+    std::string_view path = script.c_str();
+    char command[sizeof script.text * 4 + 32] = "'";
+    size_t at = 1;
+    for (char c : path) {
+        const char *piece = c == '\'' ? "'\\''" : nullptr;
+        size_t n = piece ? 4 : 1;
+        if (at + n + 16 >= sizeof command) return 127 << 8;
+        if (piece)
+            std::memcpy(command + at, piece, n);
+        else
+            command[at] = c;
+        at += n;
+    }
+    std::memcpy(command + at, "' > /dev/null", sizeof "' > /dev/null");
+    const char *const argv[] = {"/bin/sh", "-c", command, nullptr};
     std::fflush(stdout);
-    wm::UniqueFd devnull(::open("/dev/null", O_WRONLY | O_CLOEXEC));
-    wm::UniqueFd saved(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0));
-    bool redirected = devnull && saved && ::dup2(devnull.get(), STDOUT_FILENO) >= 0;
     int status = wm::run_argv(argv);
-    if (redirected) ::dup2(saved.get(), STDOUT_FILENO);
-    // A script that cannot be started reports as the shell does: exit status 127.
+    // A shell that cannot be started reports as system() does: exit status 127.
     return status < 0 ? 127 << 8 : status;
 }
 

@@ -13,7 +13,8 @@
 namespace wm {
 namespace {
 
-constexpr size_t kTimeSize = 64;
+// "YYYY-MM-DD HH:MM:SS" and its terminator: all get_current_time() clears and writes.
+constexpr size_t kTimeSize = 20;
 
 bool is_lower(char c) {
     return c >= 'a' && c <= 'z';
@@ -145,7 +146,7 @@ int check_time_one_day(const char *start, const char *end) {
 int get_current_time(char *dst) {
     std::memset(dst, 0, wm::kTimeSize);
     const char *argv[] = {"date", "+%Y-%m-%d %H:%M:%S", nullptr};
-    char line[wm::kTimeSize];
+    char line[64];
     if (wm::run_argv_line(argv, line) != -1) wm::copy_bounded({dst, wm::kTimeSize}, line);
     return 0;
 }

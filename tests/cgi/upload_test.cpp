@@ -313,22 +313,40 @@ TEST(UploadHelpers, SearchAndTrim) {
     }
 }
 
-TEST(UploadHelpers, KillDaemonRunsTheScriptQuietly) {
+// The script runs through the shell, as the device runs it: its output is dropped, the
+// caller's buffered output comes first, and the status is the shell's.
+TEST(UploadHelpers, KillDaemonRunsTheScriptThroughTheShell) {
     wmtest::TempRoot root;
-    ChildResult missing = run_in_child([] { return killDaemon() == (127 << 8) ? 0 : 1; });
-    EXPECT_EQ(missing.exit_code(), 0);
     std::string script = root.path("/usr/sbin/killforuploadfile.sh");
-    wmtest::write_file(script, "#!/bin/sh\necho stopped; echo ran > \"$WEBMGMT_ROOT/tmp/ran\"\n"
-                               "exit 3\n");
-    chmod(script.c_str(), 0755);
-    ChildResult r = run_in_child([] {
-        printf("before ");
-        int status = killDaemon();
-        printf("after %d", status);
-        return 0;
-    });
-    EXPECT_EQ(r.out, "before after " + std::to_string(3 << 8));
-    EXPECT_EQ(wmtest::read_file(root.path("/tmp/ran")), "ran\n");
+    const struct {
+        const char *text; // null: no script
+        mode_t mode;
+        int status;
+    } cases[] = {
+        {nullptr, 0, 127 << 8},
+        {"#!/bin/sh\necho stopped; echo ran > \"$WEBMGMT_ROOT/tmp/ran\"\nexit 3\n", 0755, 3 << 8},
+        // No "#!" line: the shell runs it as a script all the same.
+        {"echo stopped; echo ran > \"$WEBMGMT_ROOT/tmp/ran\"; exit 4\n", 0755, 4 << 8},
+        {"#!/bin/sh\nexit 0\n", 0644, 126 << 8},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.text ? c.text : "no script");
+        unlink(script.c_str());
+        unlink(root.path("/tmp/ran").c_str());
+        if (c.text) {
+            wmtest::write_file(script, c.text);
+            chmod(script.c_str(), c.mode);
+        }
+        ChildResult r = run_in_child([] {
+            printf("before ");
+            int status = killDaemon();
+            printf("after %d", status);
+            return 0;
+        });
+        EXPECT_EQ(r.out, "before after " + std::to_string(c.status));
+        bool ran = c.status == (3 << 8) || c.status == (4 << 8);
+        EXPECT_EQ(wmtest::read_file(root.path("/tmp/ran")), ran ? "ran\n" : "");
+    }
 }
 
 TEST(UploadHelpers, PrintStringArraySixteenBytesALine) {

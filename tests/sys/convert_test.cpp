@@ -250,19 +250,26 @@ TEST(TimeText, HhmmAndOverMidnight) {
 }
 
 TEST(Clock, CurrentTimeAndMilliseconds) {
+    // Bracketed by two readings of date: whatever second boundary falls between them, the
+    // library's time lies between the two texts, which compare as times do.
     auto before = wmtest::run_shell("date '+%Y-%m-%d %H:%M:%S'");
     char now[64];
+    memset(now, '#', sizeof now);
     EXPECT_EQ(get_current_time(now), 0);
     auto after = wmtest::run_shell("date '+%Y-%m-%d %H:%M:%S'");
     EXPECT_EQ(strlen(now), 19u);
     EXPECT_LE(before.out.substr(0, 19), std::string(now));
     EXPECT_LE(std::string(now), after.out.substr(0, 19));
+    // It clears and writes the 19 characters and the terminator, nothing behind them.
+    EXPECT_EQ(std::string(now + 20, sizeof now - 20), std::string(sizeof now - 20, '#'));
 
     std::string old = getenv("PATH");
     setenv("PATH", "/nonexistent", 1);
+    memset(now, '#', sizeof now);
     EXPECT_EQ(get_current_time(now), 0);
     setenv("PATH", old.c_str(), 1);
-    EXPECT_STREQ(now, "");
+    EXPECT_EQ(std::string(now, 20), std::string(20, '\0'));
+    EXPECT_EQ(std::string(now + 20, sizeof now - 20), std::string(sizeof now - 20, '#'));
 
     struct timeval t0, t1;
     gettimeofday(&t0, nullptr);
