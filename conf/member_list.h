@@ -16,9 +16,7 @@
 
 namespace wm {
 
-template <class T> struct MemberList {
-    static constexpr bool listed = false;
-};
+template <class T> struct MemberList { static constexpr bool listed = false; };
 
 #define WM_VISIT_MEMBER(code, type, name, dims) v(#name, int16_t(code), o_.name);
 #define WM_MEMBER_LIST(T, members)                                                                 \
@@ -69,8 +67,8 @@ WM_MEMBER_LIST(lease_entry, WEBMGMT_LEASE_ENTRY_MEMBERS);
 // listed blocks and arrays of them are walked, other coded members become rows as the
 // catalogue's builders make them (texts one row, MACs ".mac", other arrays a row per
 // element). Padding and room too large for a row carry code 0 and make none.
-template <class T> void member_rows(RowWriter &w, const char *path, const char *name, int16_t code,
-                                    T &member) {
+template <class T>
+void member_rows(RowWriter &w, const char *path, const char *name, int16_t code, T &member) {
     char inner[WEBMGMT_FIELD_NAME_SIZE];
     if constexpr (std::is_array_v<T> && MemberList<std::remove_all_extents_t<T>>::listed) {
         for (size_t i = 0; i < std::extent_v<T>; ++i) {
@@ -80,9 +78,8 @@ template <class T> void member_rows(RowWriter &w, const char *path, const char *
         }
     } else if constexpr (MemberList<T>::listed) {
         if (std::snprintf(inner, sizeof inner, "%s%s.", path, name) < 0) inner[0] = '\0';
-        MemberList<T>::visit(member, [&](const char *n, int16_t c, auto &m) {
-            member_rows(w, inner, n, c, m);
-        });
+        MemberList<T>::visit(
+            member, [&](const char *n, int16_t c, auto &m) { member_rows(w, inner, n, c, m); });
     } else if (code != 0) {
         w.prefix("%s", path);
         add_member(w, name, -1, code, member);

@@ -51,11 +51,11 @@ constexpr Section kSections[kSectionCount] = {
 };
 
 constexpr const ListDesc *kAllLists[] = {
-    &lists::kPortFwList,    &lists::kIpFilterList,   &lists::kUrlFilterList,
-    &lists::kMacFilterList, &lists::kQosList,        &lists::kIpGroupList,
-    &lists::kTimeGroupList, &lists::kDhcpStaticList, &lists::kAcDhcpStaticList,
-    &lists::kAclLists[0],   &lists::kAclLists[1],    &lists::kAclLists[2],
-    &lists::kAclExtList,    &lists::kClientsList,    &lists::kClientGroupsList,
+    &lists::kPortFwList,     &lists::kIpFilterList,   &lists::kUrlFilterList,
+    &lists::kMacFilterList,  &lists::kQosList,        &lists::kIpGroupList,
+    &lists::kTimeGroupList,  &lists::kDhcpStaticList, &lists::kAcDhcpStaticList,
+    &lists::kAclLists[0],    &lists::kAclLists[1],    &lists::kAclLists[2],
+    &lists::kAclExtList,     &lists::kClientsList,    &lists::kClientGroupsList,
     &lists::kApTemplateList,
 };
 

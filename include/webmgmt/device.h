@@ -121,8 +121,7 @@ typedef struct manage_ap_list_config {
 WEBMGMT_STATIC_ASSERT(sizeof(manage_ap_list_config) == 5128, "manage_ap_list_config layout");
 WEBMGMT_STATIC_ASSERT(offsetof(manage_ap_list_config, m_ac_marker) == 136,
                       "manage_ap_list_config layout");
-WEBMGMT_STATIC_ASSERT(offsetof(manage_ap_list_config, m_ap) == 144,
-                      "manage_ap_list_config layout");
+WEBMGMT_STATIC_ASSERT(offsetof(manage_ap_list_config, m_ap) == 144, "manage_ap_list_config layout");
 
 /* ===================================================================================== */
 /* AP templates                                                                          */

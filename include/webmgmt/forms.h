@@ -272,8 +272,7 @@ WEBMGMT_API void copy_time_from_config(schedule_block *block, const uint8_t *wee
 /* Content filters: 0 when `item` duplicates no other element of the list, -1 when it does. */
 WEBMGMT_API int filterate_vsipport_data(const vsipport_config *list, const vsipport_item *item);
 WEBMGMT_API int filterate_ipgroup_data(const ipport_config *list, const ipgroup_item *item);
-WEBMGMT_API int filterate_timegroup_data(const timegroup_config *list,
-                                         const timegroup_item *item);
+WEBMGMT_API int filterate_timegroup_data(const timegroup_config *list, const timegroup_item *item);
 WEBMGMT_API int filterate_fwipport_data(const fwipport_config *list, const fwipport_item *item,
                                         const rule_config_set *config);
 WEBMGMT_API int filterate_fwmac_data(const fwmac_config *list, const fwmac_item *item,
@@ -286,16 +285,14 @@ WEBMGMT_API int filterate_fwmac_data(const fwmac_config *list, const fwmac_item 
  * WEBMGMT_FORM_DUPLICATE (nothing stored) for a duplicate name or content while the
  * duplicate-check switch is on, else the store's result of the add or modify. */
 WEBMGMT_API int save_vsipport_config(vsipport_config *list, const form_pair *pairs, int count);
-WEBMGMT_API int save_vsipport_config_element(vsipport_config *list, int op,
-                                             const form_pair *pairs, int count,
-                                             rule_config_set *config);
+WEBMGMT_API int save_vsipport_config_element(vsipport_config *list, int op, const form_pair *pairs,
+                                             int count, rule_config_set *config);
 WEBMGMT_API int save_fwipport_config(fwipport_config *list, const form_pair *pairs, int count);
-WEBMGMT_API int save_fwipport_config_element(fwipport_config *list, int op,
-                                             const form_pair *pairs, int count,
-                                             rule_config_set *config);
+WEBMGMT_API int save_fwipport_config_element(fwipport_config *list, int op, const form_pair *pairs,
+                                             int count, rule_config_set *config);
 /* The two group lists are taken from the config set (config->ipgroup, config->timegroup). */
-WEBMGMT_API int save_ipgroup_config_element(rule_config_set *config, int op,
-                                            const form_pair *pairs, int count);
+WEBMGMT_API int save_ipgroup_config_element(rule_config_set *config, int op, const form_pair *pairs,
+                                            int count);
 WEBMGMT_API int save_timegroup_config_element(rule_config_set *config, int op,
                                               const form_pair *pairs, int count);
 WEBMGMT_API int save_fwurl_config(fwurl_config *list, const form_pair *pairs, int count);
@@ -305,8 +302,8 @@ WEBMGMT_API int save_fwmac_config(fwmac_config *list, const form_pair *pairs, in
 WEBMGMT_API int save_fwmac_config_element(fwmac_config *list, int op, const form_pair *pairs,
                                           int count, rule_config_set *config);
 WEBMGMT_API int save_qos_config(qos_config *list, const form_pair *pairs, int count);
-WEBMGMT_API int save_qos_config_element(qos_config *list, int op, const form_pair *pairs,
-                                        int count, rule_config_set *config);
+WEBMGMT_API int save_qos_config_element(qos_config *list, int op, const form_pair *pairs, int count,
+                                        rule_config_set *config);
 
 WEBMGMT_END_DECLS
 #endif /* WEBMGMT_FORMS_H */

@@ -15,7 +15,6 @@ WEBMGMT_BEGIN_DECLS
 /* Record building blocks                                                                */
 /* ===================================================================================== */
 
-
 /*
  * Configuration records are exchanged whole with the configuration store, so their layout
  * is fixed: members in declaration order, natural alignment, the same bytes on the 32-bit

@@ -111,8 +111,8 @@ WEBMGMT_API char *read_queue_for_upload1(int *total, char **boundary, int *bound
 WEBMGMT_API char *hex_search(const char *from, const char *to, const char *pattern, int length);
 /* Parses the part after *cursor: 0, or -1 no boundary, -2 no next boundary, -3 no name,
  * -4 no Content-Type (a form field). */
-WEBMGMT_API int getDisposition_file(char **data_start, int *data_length, char **cursor,
-                                    char *end, const char *boundary, upload_part *part);
+WEBMGMT_API int getDisposition_file(char **data_start, int *data_length, char **cursor, char *end,
+                                    const char *boundary, upload_part *part);
 /* Copies up to WEBMGMT_UPLOAD_PARTS file parts of `buffer` into `parts`; returns the count. */
 WEBMGMT_API int process_file(char *buffer, int length, const char *boundary, upload_part *parts);
 WEBMGMT_API int free_prop_file(upload_part *parts, int count);

@@ -71,9 +71,9 @@ inline constexpr ListDesc kClientGroupsList = make<client_group>(
 
 // The AP templates, keyed on their group id.
 inline constexpr ListDesc kApTemplateList =
-    make<ap_template_entry>(kApTemplates, offsetof(ap_template_list_config, count),
-                            sizeof(int32_t), offsetof(ap_template_list_config, m_template),
-                            WEBMGMT_AP_TEMPLATES, offsetof(ap_template_entry, m_wlan_group_id));
+    make<ap_template_entry>(kApTemplates, offsetof(ap_template_list_config, count), sizeof(int32_t),
+                            offsetof(ap_template_list_config, m_template), WEBMGMT_AP_TEMPLATES,
+                            offsetof(ap_template_entry, m_wlan_group_id));
 
 } // namespace lists
 

@@ -99,7 +99,8 @@ template <class T> void member_layout(std::string &text) {
     char line[256];
     wm::MemberList<T>::visit(*o, [&](const char *name, int16_t code, auto &m) {
         using M = std::remove_reference_t<decltype(m)>;
-        long offset = long(reinterpret_cast<unsigned char *>(&m) - reinterpret_cast<unsigned char *>(o));
+        long offset =
+            long(reinterpret_cast<unsigned char *>(&m) - reinterpret_cast<unsigned char *>(o));
         if constexpr (std::is_pointer_v<M>) {
             pointers = true;
             snprintf(line, sizeof line, "  %s pointer\n", name);
@@ -125,13 +126,12 @@ template <class... T> std::string member_layouts() {
 // The records outside the catalogue: device management, the probes' records, the
 // static-lease form's working element.
 inline std::string device_layout() {
-    return member_layouts<ap_radio, ap_config_body, ap_device_record, manage_ap_list_config,
-                          ap_template_entry, ap_template_list_config, ap_scan_slot,
-                          ap_runtime_entry, ap_runtime_config, sta_entry, sta_table,
-                          ap_user_config, client_account, sta_mark, clients_config, client_group,
-                          clients_groups_config, dhcp_check_msg, update_config, dhcp_static_item,
-                          port_status, mem_sample, cpu_sample, cpu_previous, sys_status, arp_host,
-                          arp_host_table, lease_entry>();
+    return member_layouts<
+        ap_radio, ap_config_body, ap_device_record, manage_ap_list_config, ap_template_entry,
+        ap_template_list_config, ap_scan_slot, ap_runtime_entry, ap_runtime_config, sta_entry,
+        sta_table, ap_user_config, client_account, sta_mark, clients_config, client_group,
+        clients_groups_config, dhcp_check_msg, update_config, dhcp_static_item, port_status,
+        mem_sample, cpu_sample, cpu_previous, sys_status, arp_host, arp_host_table, lease_entry>();
 }
 
 inline std::string catalogue_layout() {

@@ -15,8 +15,8 @@ using wmtest::TempRoot;
 namespace {
 
 std::string wmconfig(const std::string &args, int *status = nullptr) {
-    auto r = wmtest::run_shell(std::string(WEBMGMT_STORE_EMULATOR) + " '" WEBMGMT_WMCONFIG "' " +
-                               args);
+    auto r =
+        wmtest::run_shell(std::string(WEBMGMT_STORE_EMULATOR) + " '" WEBMGMT_WMCONFIG "' " + args);
     if (status) *status = r.exit_code();
     return r.out;
 }
@@ -38,18 +38,23 @@ const MemberCase kMembers[] = {
     {"clients_groups", "m_group[9].m_id", "12",
      [] { return SC_Get_Clients_Groups_System_Config()->m_group[9].m_id == 12; }},
     {"manage_ap", "m_ap[0].m_conf.m_radio[2].m_channel", "149",
-     [] { return SC_Get_ManageApList_System_Config()->m_ap[0].m_conf.m_radio[2].m_channel == 149; }},
+     [] {
+         return SC_Get_ManageApList_System_Config()->m_ap[0].m_conf.m_radio[2].m_channel == 149;
+     }},
     {"manage_ap", "m_ac_marker", "254",
      [] { return SC_Get_ManageApList_System_Config()->m_ac_marker == 254; }},
-    {"ap_templates", "m_template[3].m_radio[1].m_vap[2].m_ssid", "lobby", [] {
-         return std::strcmp(SC_Get_ApTemplateList_System_Config()->m_template[3].m_radio[1].m_vap[2].m_ssid,
-                            "lobby") == 0;
+    {"ap_templates", "m_template[3].m_radio[1].m_vap[2].m_ssid", "lobby",
+     [] {
+         return std::strcmp(
+                    SC_Get_ApTemplateList_System_Config()->m_template[3].m_radio[1].m_vap[2].m_ssid,
+                    "lobby") == 0;
      }},
     {"ap_runtime", "m_ap[0].m_scan[1][63].m_signal", "-71",
      [] { return SC_Get_ApRuntime_System_Config()->m_ap[0].m_scan[1][63].m_signal == -71; }},
     {"ap_users", "m_local.m_sta[255].m_time", "86400",
      [] { return SC_Get_ApUser_System_Config()->m_local.m_sta[255].m_time == 86400; }},
-    {"update", "m_dhcp_check[2].msg", "lease pool exhausted", [] {
+    {"update", "m_dhcp_check[2].msg", "lease pool exhausted",
+     [] {
          return std::strcmp(SC_Get_Update_System_Config()->m_dhcp_check[2].msg,
                             "lease pool exhausted") == 0;
      }},
@@ -86,10 +91,14 @@ TEST_F(DeviceSections, FactoryDefaultsOfEverySection) {
     const struct {
         const char *section, *name, *value;
     } cases[] = {
-        {"clients", "count", "0"},           {"clients_groups", "count", "0"},
-        {"manage_ap", "m_ac_marker", "0"},   {"ap_templates", "count", "0"},
-        {"ap_runtime", "count", "0"},        {"ap_users", "count", "0"},
-        {"update", "m_hour", "3"},           {"update", "m_dhcp_check[2].id", "3"},
+        {"clients", "count", "0"},
+        {"clients_groups", "count", "0"},
+        {"manage_ap", "m_ac_marker", "0"},
+        {"ap_templates", "count", "0"},
+        {"ap_runtime", "count", "0"},
+        {"ap_users", "count", "0"},
+        {"update", "m_hour", "3"},
+        {"update", "m_dhcp_check[2].id", "3"},
         {"update", "config_ver.main_version", "1"},
     };
     for (const auto &c : cases)
