@@ -6,6 +6,7 @@
 #include <arpa/inet.h>
 #include <csignal>
 #include <cstdlib>
+#include <fcntl.h>
 #include <netinet/in.h>
 #include <random>
 #include <string>
@@ -44,20 +45,26 @@ std::string upload_content(size_t n, unsigned seed) {
     return s;
 }
 
-// lighttpd on an already listening socket (systemd socket activation), so that requests
-// queue in the backlog and nothing has to wait for the server to come up.
+// lighttpd on an already listening socket (systemd socket activation) on a port the kernel
+// picked, so that requests queue in the backlog and nothing has to wait for the server to
+// come up, and no other program can take the port in between. The socket is the server's
+// alone once it runs: should the server end, a request is refused at once rather than left
+// waiting in a backlog that nobody accepts from.
 class Server {
   public:
     explicit Server(const std::string &dir) {
-        listen_fd_ = socket(AF_INET, SOCK_STREAM, 0);
+        int listen_fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        if (listen_fd < 0) return;
         sockaddr_in addr{};
         addr.sin_family = AF_INET;
         addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
         socklen_t len = sizeof addr;
-        if (bind(listen_fd_, reinterpret_cast<sockaddr *>(&addr), sizeof addr) != 0 ||
-            listen(listen_fd_, 16) != 0 ||
-            getsockname(listen_fd_, reinterpret_cast<sockaddr *>(&addr), &len) != 0)
+        if (bind(listen_fd, reinterpret_cast<sockaddr *>(&addr), sizeof addr) != 0 ||
+            listen(listen_fd, 16) != 0 ||
+            getsockname(listen_fd, reinterpret_cast<sockaddr *>(&addr), &len) != 0) {
+            close(listen_fd);
             return;
+        }
         port_ = ntohs(addr.sin_port);
         std::string conf = dir + "/lighttpd.conf", text;
         for (const std::string &line :
@@ -73,26 +80,25 @@ class Server {
         wmtest::write_file(conf, text);
         pid_ = fork();
         if (pid_ == 0) {
-            dup2(listen_fd_, 3);
-            if (listen_fd_ != 3) close(listen_fd_);
+            // Descriptor 3, open across the exec (dup2 onto itself would keep close-on-exec).
+            if (listen_fd == 3 ? fcntl(3, F_SETFD, 0) != 0 : dup2(listen_fd, 3) != 3) _exit(126);
             setenv("LISTEN_FDS", "1", 1);
             setenv("LISTEN_PID", std::to_string(getpid()).c_str(), 1);
             execl(kLighttpd, kLighttpd, "-D", "-f", conf.c_str(), static_cast<char *>(nullptr));
             _exit(127);
         }
+        close(listen_fd);
     }
     ~Server() {
         if (pid_ > 0) {
             kill(pid_, SIGTERM);
             waitpid(pid_, nullptr, 0);
         }
-        if (listen_fd_ >= 0) close(listen_fd_);
     }
     int port() const { return port_; }
     bool running() const { return pid_ > 0; }
 
   private:
-    int listen_fd_ = -1;
     int port_ = 0;
     pid_t pid_ = -1;
 };

@@ -177,6 +177,7 @@ async function main() {
   const browser = await chromium.launchPersistentContext(PROFILE, {
     executablePath: '/usr/bin/chromium',
     headless: true,
+    timeout: 120000, // Chromium's start, slow on a loaded machine
     viewport: { width: 1200, height: 900 },
     args: ['--headless', '--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run',
       '--disable-background-networking', '--disable-component-update', '--disable-sync',
@@ -185,7 +186,9 @@ async function main() {
   });
   try {
     const page = browser.pages()[0] || (await browser.newPage());
-    page.setDefaultTimeout(20000); // a missing element fails the test, not the CTest timeout
+    // Generous for a loaded machine, yet a missing element fails the test well before the
+    // CTest timeout (300 s) would end it.
+    page.setDefaultTimeout(60000);
     await flow(page);
   } finally {
     await browser.close();

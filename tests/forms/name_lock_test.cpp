@@ -10,6 +10,7 @@
 
 #include <cstring>
 #include <fstream>
+#include <sstream>
 #include <string>
 
 #include "store/config_data_api.h"
@@ -19,14 +20,20 @@ using wmtest::TempRoot;
 
 namespace {
 
-// Whether /proc/locks shows process `pid` waiting for a lock.
+// Whether /proc/locks shows process `pid` waiting for a lock. A waiter's line reads
+// "<n>: -> <kind> <mode> <access> <pid> <device:inode> <start> <end>"; only the pid field
+// counts (another test's lock may start at an offset that reads like the pid).
 bool waiting_for_lock(pid_t pid) {
     std::ifstream locks("/proc/locks");
     std::string line;
-    std::string who = " " + std::to_string(pid) + " ";
-    while (std::getline(locks, line))
-        if (line.find("->") != std::string::npos && line.find(who) != std::string::npos)
+    while (std::getline(locks, line)) {
+        std::istringstream fields(line);
+        std::string number, arrow, kind, mode, access;
+        long who = 0;
+        if (fields >> number >> arrow >> kind >> mode >> access >> who && arrow == "->" &&
+            who == long(pid))
             return true;
+    }
     return false;
 }
 
@@ -100,7 +107,7 @@ TEST(NameLock, SameNameFromTwoProcessesIsStoredTwice) {
     int ready[2], go[2];
     ASSERT_EQ(pipe(ready), 0);
     ASSERT_EQ(pipe(go), 0);
-    auto adder = [&] {
+    auto adder = [&](int outer_port) {
         close(ready[0]);
         close(go[1]);
         rule_config_set set{};
@@ -111,14 +118,15 @@ TEST(NameLock, SameNameFromTwoProcessesIsStoredTwice) {
         if (write(ready[1], &byte, 1) != 1 || read(go[0], &byte, 1) != 1) return -1;
         char name[] = "name", value[] = "same", ipn[] = "innerip", ipv[] = "10.1.1.1";
         form_pair pairs[] = {{name, value}, {ipn, ipv}};
-        // The two adds differ in content only by process, so the content filter passes too.
+        // The two adds differ in content only by their outer port, so the content filter
+        // passes too.
         char portn[] = "extren_Port_From", portv[16];
-        std::snprintf(portv, sizeof portv, "%d", int(getpid() % 60000));
+        std::snprintf(portv, sizeof portv, "%d", outer_port);
         form_pair all[] = {pairs[0], pairs[1], {portn, portv}};
         return save_vsipport_config_element(set.vsipport, 0, all, 3, &set);
     };
-    Child a = start(adder);
-    Child b = start(adder);
+    Child a = start([&] { return adder(8001); });
+    Child b = start([&] { return adder(8002); });
     close(ready[1]);
     close(go[0]);
     char byte;

@@ -251,12 +251,18 @@ TEST(TimeText, HhmmAndOverMidnight) {
 
 TEST(Clock, CurrentTimeAndMilliseconds) {
     // Bracketed by two readings of date: whatever second boundary falls between them, the
-    // library's time lies between the two texts, which compare as times do.
+    // library's time lies between the two texts, which compare as times do. In UTC, so that
+    // no change of the local clock (summer time ending) can fall between them either.
+    const char *old_tz = getenv("TZ");
+    bool had_tz = old_tz != nullptr;
+    std::string saved_tz = had_tz ? old_tz : "";
+    setenv("TZ", "UTC0", 1);
     auto before = wmtest::run_shell("date '+%Y-%m-%d %H:%M:%S'");
     char now[64];
     memset(now, '#', sizeof now);
     EXPECT_EQ(get_current_time(now), 0);
     auto after = wmtest::run_shell("date '+%Y-%m-%d %H:%M:%S'");
+    had_tz ? setenv("TZ", saved_tz.c_str(), 1) : unsetenv("TZ");
     EXPECT_EQ(strlen(now), 19u);
     EXPECT_LE(before.out.substr(0, 19), std::string(now));
     EXPECT_LE(std::string(now), after.out.substr(0, 19));

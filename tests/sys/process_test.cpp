@@ -40,20 +40,37 @@ char proc_state(pid_t pid) {
     return close == std::string::npos || close + 2 >= stat.size() ? 0 : stat[close + 2];
 }
 
+// Whether /proc/<pid>/syscall shows the process blocked in a system call on descriptor 0
+// (its read of the pipe), as "<number> 0x0 ...". That file is not there on every kernel,
+// and not readable everywhere: then only the state letter tells.
+bool blocked_on_stdin(pid_t pid) {
+    std::istringstream in(wmtest::read_file("/proc/" + std::to_string(pid) + "/syscall"));
+    std::string number, first_argument;
+    if (!(in >> number)) return true;
+    if (!(in >> first_argument) || number == "running" || number == "-1") return false;
+    return first_argument == "0x0";
+}
+
 // A child that has settled: a copy of the shell, renamed, that writes one byte to say it is
-// ready and then blocks reading a pipe nobody writes to. Its state and resident size stay
-// as they are while the test compares them. Killed and reaped on scope exit.
+// ready and then blocks reading a pipe nobody writes to. By the time of the byte it has
+// loaded and run all it will; blocked in the read, its state and resident size stay as they
+// are while the test compares them. Killed and reaped on scope exit.
 class Sleeper {
   public:
     explicit Sleeper(const std::string &exe, int nice_value = 0) {
         int ready[2], input[2];
         if (pipe2(ready, O_CLOEXEC) != 0) return;
-        if (pipe2(input, O_CLOEXEC) != 0) return;
+        if (pipe2(input, O_CLOEXEC) != 0) {
+            close(ready[0]), close(ready[1]);
+            return;
+        }
         pid_ = fork();
         if (pid_ == 0) {
             if (nice_value) setpriority(PRIO_PROCESS, 0, nice_value);
-            dup2(input[0], 0);
-            dup2(ready[1], 3);
+            // Moved out of the way first, so that neither lands on the other's place.
+            int in = fcntl(input[0], F_DUPFD_CLOEXEC, 10),
+                out = fcntl(ready[1], F_DUPFD_CLOEXEC, 10);
+            if (in < 0 || out < 0 || dup2(in, 0) != 0 || dup2(out, 3) != 3) _exit(126);
             execl(exe.c_str(), exe.c_str(), "-c", "printf x >&3; read line",
                   static_cast<char *>(nullptr));
             _exit(127);
@@ -61,10 +78,15 @@ class Sleeper {
         close(ready[1]);
         close(input[0]);
         input_ = input[1];
-        char c;
-        while (read(ready[0], &c, 1) < 0 && errno == EINTR) {
+        char c = 0;
+        ssize_t n;
+        while ((n = read(ready[0], &c, 1)) < 0 && errno == EINTR) {
         }
         close(ready[0]);
+        if (n != 1 || c != 'x') {
+            ADD_FAILURE() << "child " << pid_ << " ended before it was ready";
+            return;
+        }
         wait_until_blocked();
     }
     ~Sleeper() {
@@ -74,14 +96,17 @@ class Sleeper {
     pid_t pid() const { return pid_; }
 
   private:
-    // After its byte the child's only way to sleep is the read: wait for that state. The
-    // bound is far beyond what a loaded machine needs; the test fails on it, not later.
+    // After its byte the child's only way to sleep is the read: wait for that state by
+    // re-reading /proc, the only place that shows it. The bound, a minute, is far beyond what
+    // a loaded machine needs; the test fails on it rather than compare a running child.
     void wait_until_blocked() const {
-        for (int i = 0; i < 60000 && pid_ > 0 && proc_state(pid_) != 'S'; ++i) {
+        auto blocked = [this] { return proc_state(pid_) == 'S' && blocked_on_stdin(pid_); };
+        for (int i = 0; i < 60000 && pid_ > 0 && !blocked(); ++i) {
             struct timespec pause = {0, 1000000};
             nanosleep(&pause, nullptr);
         }
-        EXPECT_EQ(proc_state(pid_), 'S') << "child " << pid_ << " never blocked";
+        EXPECT_TRUE(blocked()) << "child " << pid_ << " never blocked in its read (state "
+                               << proc_state(pid_) << ")";
     }
     pid_t pid_ = -1;
     int input_ = -1;
