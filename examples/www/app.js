@@ -2,7 +2,6 @@
 'use strict';
 
 const WM = {
-  lists: ['portforward', 'ipportfilter', 'macfilter', 'urlfilter', 'qos', 'ipgroup', 'timegroup'],
 
   // The cookie is HttpOnly; the token the login answered is kept for the query strings.
   token() {
@@ -55,21 +54,36 @@ const WM = {
     box.className = ok ? 'ok' : 'error';
   },
 
+  // The menu: [key, label, address]. Each area of the console has its own page and CGI
+  // programs; the rule lists share rules.html.
+  pages: [
+    ['overview', 'Overview', '/overview.html'],
+    ['status', 'Status', '/status.html'],
+    ['lan', 'LAN & DHCP', '/lan.html'],
+    ['wan', 'WAN', '/wan.html'],
+    ['system', 'System', '/system.html'],
+    ['wireless', 'Wireless', '/wireless.html'],
+    ['fleet', 'Access points', '/fleet.html'],
+    ['clients', 'Clients', '/clients.html'],
+    ['portforward', 'Port forwarding', '/rules.html?list=portforward'],
+    ['ipportfilter', 'IP/port filter', '/rules.html?list=ipportfilter'],
+    ['macfilter', 'MAC filter', '/rules.html?list=macfilter'],
+    ['urlfilter', 'URL filter', '/rules.html?list=urlfilter'],
+    ['qos', 'QoS', '/rules.html?list=qos'],
+    ['ipgroup', 'IP groups', '/rules.html?list=ipgroup'],
+    ['timegroup', 'Time groups', '/rules.html?list=timegroup'],
+  ],
+
   menu(current) {
-    const names = {
-      overview: 'Overview', portforward: 'Port forwarding', ipportfilter: 'IP/port filter',
-      macfilter: 'MAC filter', urlfilter: 'URL filter', qos: 'QoS', ipgroup: 'IP groups',
-      timegroup: 'Time groups',
-    };
     const header = document.createElement('header');
     const brand = document.createElement('span');
     brand.className = 'brand';
     brand.textContent = 'Router management';
     header.append(brand);
-    for (const key of ['overview', ...WM.lists]) {
+    for (const [key, label, href] of WM.pages) {
       const a = document.createElement('a');
-      a.href = key === 'overview' ? '/overview.html' : '/rules.html?list=' + key;
-      a.textContent = names[key];
+      a.href = href;
+      a.textContent = label;
       a.id = 'nav-' + key;
       if (key === current) a.className = 'current';
       header.append(a);

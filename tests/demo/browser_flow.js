@@ -2,37 +2,11 @@
 // Exit status: 0 passed, 1 failed.
 'use strict';
 
-const { chromium } = require('playwright-core');
 const path = require('path');
+const { env, check, message, submit, logIn, visited, run } = require('./flow_lib');
 
-const { BASE, ADMIN_USER, ADMIN_PASS, ARTIFACTS, PROFILE } = process.env;
-let failures = 0;
-const visited = [];
-
-function check(what, ok) {
-  console.log((ok ? 'ok: ' : 'FAIL: ') + what);
-  if (!ok) failures++;
-}
-
-async function message(page) {
-  await page.waitForFunction(() => document.getElementById('message').textContent !== '');
-  return page.textContent('#message');
-}
-
-// Waits for the answer to the next change and returns the message the page shows.
-async function submit(page, click) {
-  await page.evaluate(() => { document.getElementById('message').textContent = ''; });
-  await Promise.all([page.waitForResponse((r) => r.url().includes('/cgi-bin/form.cgi')), click()]);
-  return message(page);
-}
-
-async function logIn(page, password) {
-  await page.goto(BASE + '/login.html');
-  await page.evaluate(() => { document.getElementById('message').textContent = ''; });
-  await page.fill('#username', ADMIN_USER);
-  await page.fill('#password', password);
-  await page.click('#login');
-}
+const { BASE, ADMIN_PASS, ARTIFACTS } = env;
+const ADMIN_USER = env.ADMIN_USER;
 
 async function fillRule(page, rule) {
   for (const [name, value] of Object.entries(rule)) {
@@ -129,8 +103,6 @@ async function visitOtherEditors(page) {
 
 // The whole flow in one page of the browser.
 async function flow(page) {
-  page.on('dialog', (dialog) => dialog.accept());
-  page.on('pageerror', (e) => check('no script error on ' + page.url() + ': ' + e.message, false));
   // A page of the console without a session goes back to the login page.
   await page.goto(BASE + '/overview.html');
   await page.waitForURL(/login\.html/);
@@ -171,35 +143,4 @@ async function flow(page) {
   await page.screenshot({ path: path.join(ARTIFACTS, 'lockout.png'), fullPage: true });
 }
 
-async function main() {
-  // A fresh profile directory (--user-data-dir) and the flags that keep it off the network:
-  // no background requests, and no name but the console's address resolves.
-  const browser = await chromium.launchPersistentContext(PROFILE, {
-    executablePath: '/usr/bin/chromium',
-    headless: true,
-    timeout: 120000, // Chromium's start, slow on a loaded machine
-    viewport: { width: 1200, height: 900 },
-    args: ['--headless', '--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run',
-      '--disable-background-networking', '--disable-component-update', '--disable-sync',
-      '--disable-domain-reliability', '--no-pings',
-      '--host-resolver-rules=MAP * ~NOTFOUND, EXCLUDE 127.0.0.1'],
-  });
-  try {
-    const page = browser.pages()[0] || (await browser.newPage());
-    // Generous for a loaded machine, yet a missing element fails the test well before the
-    // CTest timeout (300 s) would end it.
-    page.setDefaultTimeout(60000);
-    await flow(page);
-  } finally {
-    await browser.close();
-  }
-  console.log('screens visited: ' + visited.join(', '));
-  console.log('screenshots: ' + ARTIFACTS);
-  if (failures) process.exit(1);
-  console.log('all checks passed');
-}
-
-main().catch((e) => {
-  console.log('FAIL: ' + e.stack);
-  process.exit(1);
-});
+run(flow);
