@@ -36,5 +36,10 @@ WEBMGMT_API void printf_FwMac_json(const fwmac_config *config);
 WEBMGMT_API void printf_FwUrl_json(const fwurl_config *config);
 WEBMGMT_API void printf_Qos_json(const qos_config *config);
 
+/* Online times as the pages show them: "H:MM:SS" below a day, "1Day H:MM:SS" on the
+ * second day, "<n>Days H:MM:SS" from then on. `out` has room for at least 30 bytes; returns
+ * the formatted length. */
+WEBMGMT_API int get_runtime_web(uint32_t seconds, char *out);
+
 WEBMGMT_END_DECLS
 #endif /* WEBMGMT_VIEWS_H */
