@@ -96,6 +96,7 @@ static void member_text(char *out, const char *member, size_t member_size) {
 static void reply_locked(int32_t last_failure, int32_t now) {
     int32_t wait = LOGIN_WINDOW - (now - last_failure);
     if (wait < 1) wait = 1;
+    if (wait > LOGIN_WINDOW) wait = LOGIN_WINDOW; /* a stamp from a clock set back */
     cgi_begin_json(429, NULL);
     printf("{\"error\":\"Too many failed logins. Try again in %d seconds.\",\"locked\":1,"
            "\"retry_after\":%d}\n",
@@ -155,25 +156,29 @@ static int store_count(const char *counter, int32_t time, int32_t count) {
 enum attempt { ATTEMPT_CHECK, ATTEMPT_LOCKED, ATTEMPT_UNCOUNTED };
 
 /* Counts this attempt under the lock and tells whether its password may be checked. */
-static enum attempt count_attempt(const char *counter, int32_t now, int32_t *last,
+static enum attempt count_attempt(const char *counter, int32_t *now, int32_t *last,
                                   int32_t *attempts) {
     int fd = take_lock();
     if (fd < 0) return ATTEMPT_UNCOUNTED;
-    int32_t time = 0, count = 0;
-    read_count(counter, &time, &count);
+    /* The time is taken under the lock: a process that waited for it must not stamp the
+     * count with a time older than the one it finds, or find a newer stamp "old". A stamp
+     * in the future (the clock set back) counts as recent: the lock-out stays. */
+    *now = (int32_t)time(NULL);
+    int32_t stamp = 0, count = 0;
+    read_count(counter, &stamp, &count);
     if (count < 0) count = 0;
-    int in_window = now - time < LOGIN_WINDOW && now >= time;
+    int in_window = (int64_t)*now - stamp < LOGIN_WINDOW;
     enum attempt verdict = ATTEMPT_CHECK;
     if (count >= LOGIN_MAX_FAILURES && in_window) {
         verdict = ATTEMPT_LOCKED; /* counted, the lock's start kept */
         if (count < INT32_MAX) ++count;
     } else {
         count = count > 0 && in_window ? count + 1 : 1; /* an old run no longer counts */
-        time = now;
+        stamp = *now;
     }
-    if (store_count(counter, time, count) != 0) verdict = ATTEMPT_UNCOUNTED;
+    if (store_count(counter, stamp, count) != 0) verdict = ATTEMPT_UNCOUNTED;
     release_lock(fd);
-    *last = time;
+    *last = stamp;
     *attempts = count;
     return verdict;
 }
@@ -194,9 +199,8 @@ static int log_in(const char *counter) {
         return 1;
     }
     if (cgi_require_same_origin() != 0) return 0;
-    int32_t now = (int32_t)time(NULL);
-    int32_t last = 0, attempts = 0;
-    switch (count_attempt(counter, now, &last, &attempts)) {
+    int32_t now = 0, last = 0, attempts = 0;
+    switch (count_attempt(counter, &now, &last, &attempts)) {
     case ATTEMPT_LOCKED:
         reply_locked(last, now);
         return 0;
