@@ -68,10 +68,12 @@ bool stream_file(FILE *out, long length, std::string_view boundary, char *window
         if (i < chunks - 2) {
             if (!write_bytes(out, content)) return false;
         } else if (i == chunks - 2) {
-            std::memcpy(window, content.data(), content.size());
+            // A first chunk without an octet-stream line has no content at all, not even
+            // a pointer: memcpy must not see it.
+            if (!content.empty()) std::memcpy(window, content.data(), content.size());
             held = content.size();
         } else {
-            std::memcpy(window + held, content.data(), content.size());
+            if (!content.empty()) std::memcpy(window + held, content.data(), content.size());
             size_t filled = held + content.size();
             const char *mark = find_bytes({window, filled}, boundary);
             // The file ends at the CR LF in front of the closing boundary.

@@ -52,10 +52,11 @@ extern "C" {
 
 int to_sha256(const char *text, char *out, int size) {
     if (!text || !out || size <= 0) return 0;
-    // The text goes to the tool as one argument, never through a shell.
+    // The text goes to the tool as one argument, never through a shell, and after "--" so
+    // that a password such as "--help" or "-x" is hashed, not read as an option.
     char argument[kHashTextLimit + 1];
     wm::copy_bounded(argument, text);
-    const char *argv[] = {"tq_versign", "sha256", argument, nullptr};
+    const char *argv[] = {"tq_versign", "sha256", "--", argument, nullptr};
     wm::HeapPtr<char> line(static_cast<char *>(std::malloc(size_t(size))));
     if (!line) return 0;
     wm::run_argv_line(argv, {line.get(), size_t(size)}, true);

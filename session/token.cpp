@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "session/token_store.h"
 #include "sys/support/exec.h"
 #include "sys/support/paths.h"
 #include "sys/support/raii.h"
@@ -148,8 +149,9 @@ int generate_token2save(const char *client_ip, const char *token) {
     wm::DevicePath file = token_file();
     initial_tokenlist(file.c_str(), &list);
     insert_token(client_ip, token, &list);
-    save_token(file.c_str(), &list);
-    return 0;
+    // A session that is not in the file would never be accepted: the login must not
+    // answer as though it were (a full /var, a read-only file system).
+    return wm::write_token_file(file.c_str(), &list) ? 0 : -1;
 }
 
 int clear_token(void) {

@@ -2,8 +2,10 @@
 #include <cinttypes>
 #include <cstdio>
 #include <cstring>
+#include <sys/stat.h>
 
 #include "session/scan.h"
+#include "session/token_store.h"
 #include "sys/support/files.h"
 #include "sys/support/raii.h"
 #include "sys/support/text.h"
@@ -55,6 +57,28 @@ int first_free_slot(const token_list &list) {
 
 } // namespace
 
+namespace wm {
+
+bool write_token_file(const char *path, const token_list *list) {
+    if (!path || !list) return false;
+    wm::AtomicFile file(path);
+    if (!file) return false;
+    // The tokens are the sessions' keys: readable by the web server's user alone.
+    if (::fchmod(fileno(file.get()), 0600) != 0) return false;
+    for (const token_record &slot : list->slot) {
+        if (slot.in_use != 1) continue;
+        std::string_view ip = wm::member_text(slot.client_ip, sizeof slot.client_ip);
+        std::string_view token = wm::member_text(slot.token, sizeof slot.token);
+        if (std::fprintf(file.get(), "%.*s %.*s %" PRId32 "\n", int(ip.size()), ip.data(),
+                         int(token.size()), token.data(), slot.last_used) < 0)
+            return false;
+    }
+    // Runtime state, rewritten on every check: replaced in one step, not flushed to disk.
+    return file.commit(false);
+}
+
+} // namespace wm
+
 extern "C" {
 
 void initial_tokenlist(const char *path, token_list *list) {
@@ -95,18 +119,7 @@ void insert_token(const char *client_ip, const char *token, token_list *list) {
 }
 
 void save_token(const char *path, const token_list *list) {
-    if (!path || !list) return;
-    wm::AtomicFile file(path);
-    if (!file) return;
-    for (const token_record &slot : list->slot) {
-        if (slot.in_use != 1) continue;
-        std::string_view ip = wm::member_text(slot.client_ip, sizeof slot.client_ip);
-        std::string_view token = wm::member_text(slot.token, sizeof slot.token);
-        std::fprintf(file.get(), "%.*s %.*s %" PRId32 "\n", int(ip.size()), ip.data(),
-                     int(token.size()), token.data(), slot.last_used);
-    }
-    // Runtime state, rewritten on every check: replaced in one step, not flushed to disk.
-    file.commit(false);
+    wm::write_token_file(path, list);
 }
 
 } // extern "C"

@@ -10,6 +10,8 @@
 #include "sys/support/exec.h"
 #include <unistd.h>
 
+#include "sys/support/operand.h"
+
 #include "sys/support/paths.h"
 #include "sys/support/raii.h"
 #include "sys/support/text.h"
@@ -37,8 +39,11 @@ void log_command(const char *command) {
                       : device_file_exists(fixed::kCmdRamMarker) ? fixed::kCmdRamLog
                                                                  : nullptr;
     if (!log) return;
+    // A line feed in a name, pid or path would start a second line that reads as a command.
+    char line[kCommandSize * 4];
+    log_line_text(line, command);
     UniqueFile f(std::fopen(device_path(log).c_str(), "a"));
-    if (f) std::fprintf(f.get(), "%s\n", command);
+    if (f) std::fprintf(f.get(), "%s\n", line);
 }
 
 void remove_file(const char *path) {
@@ -71,6 +76,9 @@ int run_tool(const char *tool, const char *option, const char *arg) {
     return status;
 }
 
+// What kill or killall reports for an operand it cannot use: run nothing, fail as they do.
+constexpr int kRefusedStatus = 1 << 8;
+
 } // namespace
 } // namespace wm
 
@@ -88,11 +96,24 @@ int do_system(const char *format, ...) {
 }
 
 int Kill_App_byname(const char *name) {
+    // A name that killall could read as an option, or that would split into several
+    // names, is not run.
+    if (!name || !wm::plain_operand(name)) return wm::kRefusedStatus;
     return wm::run_tool("killall", "-9", name);
 }
 
 int Kill_App_byPid(const char *pid) {
-    return wm::run_tool("kill", "-9", pid);
+    // An empty text (a missing pid file) runs "kill -9" alone, which kills nothing. Any
+    // other text must be one positive decimal pid: "-1" (every process), "0" (the caller's
+    // group), "-s KILL -1" or "1 2" never reach kill.
+    std::string_view text{pid ? pid : ""};
+    if (text.find_first_not_of(" \t\n") == std::string_view::npos)
+        return wm::run_tool("kill", "-9", "");
+    int value = wm::positive_pid(text);
+    if (value <= 0) return wm::kRefusedStatus;
+    char digits[16];
+    std::snprintf(digits, sizeof digits, "%d", value);
+    return wm::run_tool("kill", "-9", digits);
 }
 
 int File_Exist(const char *path) {
@@ -115,9 +136,10 @@ int getPid(const char *path) {
     if (!f) return -1;
     char line[wm::kLineSize];
     if (!std::fgets(line, sizeof line, f.get())) return -1;
-    char *end = nullptr;
-    long pid = std::strtol(line, &end, 10);
-    return end == line ? -1 : int(pid);
+    // Only a positive decimal pid on a line of its own: "-1", "0" or "1 2" would make a
+    // caller's kill reach every process or a whole group.
+    int pid = wm::positive_pid(line);
+    return pid > 0 ? pid : -1;
 }
 
 int Cloud_Config(int mode, int enable) {

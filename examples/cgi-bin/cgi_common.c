@@ -148,6 +148,45 @@ int cgi_require_plain_values(const form_pair *pairs, int count) {
     return 0;
 }
 
+/* "http://host[:port]" or "https://..." of this server, as browsers write Origin. */
+static int own_origin(char *out, size_t size) {
+    const char *host = getenv("HTTP_HOST");
+    const char *https = getenv("HTTPS");
+    if (!host || !*host) return -1;
+    int secure = https && strcmp(https, "on") == 0;
+    int n = snprintf(out, size, "%s://%s", secure ? "https" : "http", host);
+    return n > 0 && (size_t)n < size ? 0 : -1;
+}
+
+int cgi_require_same_origin(void) {
+    const char *site = getenv("HTTP_SEC_FETCH_SITE");
+    const char *origin = getenv("HTTP_ORIGIN");
+    const char *referer = getenv("HTTP_REFERER");
+    char own[300];
+    int ok = 1;
+    if (site && strcmp(site, "same-origin") != 0 && strcmp(site, "none") != 0) ok = 0;
+    if (ok && (origin || referer)) {
+        if (own_origin(own, sizeof own) != 0) {
+            ok = 0;
+        } else if (origin) {
+            ok = strcmp(origin, own) == 0;
+        } else {
+            size_t len = strlen(own);
+            ok = strncmp(referer, own, len) == 0 && (referer[len] == '/' || !referer[len]);
+        }
+    }
+    if (ok) return 0;
+    cgi_reply_error(403, "requests from other sites are refused");
+    return -1;
+}
+
+void cgi_print_system_view(const misc_config *record) {
+    static misc_config copy; /* large: kept off the stack */
+    copy = *record;
+    memset(copy.sys_user.rootpwd, 0, sizeof copy.sys_user.rootpwd);
+    printf_Misc_json(&copy);
+}
+
 const char *cgi_device_path(const char *device, char *out, size_t size) {
     const char *root = getenv("WEBMGMT_ROOT");
     snprintf(out, size, "%s%s", root ? root : "", device);

@@ -49,6 +49,17 @@ const char *cgi_form_value(const form_pair *pairs, int count, const char *name);
  * answers 400 naming the variable and returns -1. */
 int cgi_require_plain_values(const form_pair *pairs, int count);
 
+/* 0 when the request comes from the console's own pages, or from no browser page at all
+ * (a client that sends neither Origin, Referer nor Sec-Fetch-Site). A request whose
+ * Sec-Fetch-Site is not same-origin, whose Origin is not this server's (or is "null"),
+ * or, without Origin, whose Referer is another site's, is answered 403 and -1 returned.
+ * Must run before cgi_read_form(), which removes HTTP_REFERER. */
+int cgi_require_same_origin(void);
+
+/* Prints the system section's view without the administrator's password: the browser never
+ * needs it, and once hashed it is an unsalted digest that can be tried offline. */
+void cgi_print_system_view(const misc_config *record);
+
 /* `device` (such as "/var/loginfail") inside WEBMGMT_ROOT when that is set. */
 const char *cgi_device_path(const char *device, char *out, size_t size);
 

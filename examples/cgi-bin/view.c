@@ -25,7 +25,8 @@ typedef int (*view_fn)(void);
     }
 
 DEFINE_VIEW(product, productinfo_config, SC_Get_ProductInfo_System_Config, printf_ProductInfo_json)
-DEFINE_VIEW(system, misc_config, SC_Get_Misc_System_Config, printf_Misc_json)
+/* The system view leaves out the administrator's password (see cgi_print_system_view). */
+DEFINE_VIEW(system, misc_config, SC_Get_Misc_System_Config, cgi_print_system_view)
 DEFINE_VIEW(portforward, vsipport_config, SC_Get_VsIpport_System_Config, printf_VsIpport_json)
 DEFINE_VIEW(ipportfilter, fwipport_config, SC_Get_FwIpport_System_Config, printf_FwIpport_json)
 DEFINE_VIEW(macfilter, fwmac_config, SC_Get_FwMac_System_Config, printf_FwMac_json)

@@ -321,7 +321,7 @@ TEST(VerifyImage, ResultFollowsTheToolsFirstLine) {
         wmtest::write_file(output, c.output);
         EXPECT_EQ(verify_upgrade_image(image.c_str(), "sig"), c.rc) << c.output;
     }
-    EXPECT_EQ(wmtest::read_file(root.path("/usr/sbin/args")), "signverify|" + image + "|sig|");
+    EXPECT_EQ(wmtest::read_file(root.path("/usr/sbin/args")), "signverify|--|" + image + "|sig|");
     setenv("PATH", "/nonexistent", 1);
     EXPECT_EQ(verify_upgrade_image("a", "b"), -1);
     setenv("PATH", old_path.c_str(), 1);
