@@ -159,7 +159,7 @@ int getIfgwIp(const char *ifname, char *dst) {
         size_t name_len = std::strcspn(line, "\t ");
         if (name_len != std::strlen(ifname) || std::strncmp(line, ifname, name_len) != 0) continue;
         wm::Route r;
-        if (!wm::parse_route(line, r)) break;
+        if (!wm::parse_route(line, r)) continue; // an unreadable line is skipped
         if ((r.flags & 1u) && r.destination == 0 && r.mask == 0 && r.gateway) {
             char text[INET_ADDRSTRLEN];
             wm::dotted(uint32_t(r.gateway), text);
