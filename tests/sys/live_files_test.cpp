@@ -57,8 +57,8 @@ TEST_F(LiveFiles, GatewayLastMatchWinsAndDefaultStops) {
         int gw_ip;           // getIfgwIp result
         const char *exact;
     } cases[] = {
-        {"default route", route("eth1", "0.0.0.0", "10.0.0.1", 3, "0.0.0.0"), "eth1", "10.0.0.1",
-         0, "10.0.0.1"},
+        {"default route", route("eth1", "0.0.0.0", "10.0.0.1", 3, "0.0.0.0"), "eth1", "10.0.0.1", 0,
+         "10.0.0.1"},
         {"only a local route: empty text", route("eth1", "10.0.0.0", "0.0.0.0", 1, "255.0.0.0"),
          "eth1", "", -1, nullptr},
         {"default then later route: default stops the scan",
@@ -73,11 +73,12 @@ TEST_F(LiveFiles, GatewayLastMatchWinsAndDefaultStops) {
          -1, nullptr},
         {"substring: eth1 matches eth1.2", route("eth1.2", "0.0.0.0", "10.2.0.1", 3, "0.0.0.0"),
          "eth1", "10.2.0.1", -1, nullptr},
-        {"other interface", route("eth0", "0.0.0.0", "10.0.0.1", 3, "0.0.0.0"), "eth1", nullptr,
-         -1, nullptr},
+        {"other interface", route("eth0", "0.0.0.0", "10.0.0.1", 3, "0.0.0.0"), "eth1", nullptr, -1,
+         nullptr},
         {"no routes", "", "eth1", nullptr, -1, nullptr},
-        {"short line stops", "eth1\t00000000\n" + route("eth1", "0.0.0.0", "10.0.0.1", 3, "0.0.0.0"),
-         "eth1", nullptr, -1, "10.0.0.1"},
+        {"short line stops",
+         "eth1\t00000000\n" + route("eth1", "0.0.0.0", "10.0.0.1", 3, "0.0.0.0"), "eth1", nullptr,
+         -1, "10.0.0.1"},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);
@@ -116,19 +117,18 @@ port_map map_of(std::initializer_list<const char *> names, uint8_t ext_switch = 
 }
 
 TEST_F(LiveFiles, NetDevCountersGluedAndSubstringNames) {
-    put("/proc/net/dev",
-        std::string(kDevHeader) +
-            // the kernel's own layout
-            "  eth0: 1234567 10 1 2 3 4 5 6 7654321 20 11 12 13 14 15 16\n"
-            // an old kernel's: the name glued to a large first counter
-            "  eth1:4294967296000 30 0 0 0 0 0 0 99 40 0 0 0 0 0 0\n"
-            // a longer name that contains the slot's name: the last match wins
-            "eth2: 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1\n"
-            "veth2.5: 500 5 0 0 0 0 0 0 600 6 0 0 0 0 0 0\n"
-            // a counter above 32 bits saturates as the device's strtoul does
-            "eth3: 0 99999999999 0 0 0 0 0 0 0 0 0 0 0 0 0 0\n"
-            "broken line without colon\n"
-            "eth4: 1 2 3\n");
+    put("/proc/net/dev", std::string(kDevHeader) +
+                             // the kernel's own layout
+                             "  eth0: 1234567 10 1 2 3 4 5 6 7654321 20 11 12 13 14 15 16\n"
+                             // an old kernel's: the name glued to a large first counter
+                             "  eth1:4294967296000 30 0 0 0 0 0 0 99 40 0 0 0 0 0 0\n"
+                             // a longer name that contains the slot's name: the last match wins
+                             "eth2: 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1\n"
+                             "veth2.5: 500 5 0 0 0 0 0 0 600 6 0 0 0 0 0 0\n"
+                             // a counter above 32 bits saturates as the device's strtoul does
+                             "eth3: 0 99999999999 0 0 0 0 0 0 0 0 0 0 0 0 0 0\n"
+                             "broken line without colon\n"
+                             "eth4: 1 2 3\n");
     port_map m = map_of({"eth0", "eth1", "eth2", "eth3", "", "eth4", "nosuch"}, 1);
     sys_status st{};
     st.port[4].port = 77; // an empty slot is left alone
@@ -260,8 +260,7 @@ constexpr char kArpHeader[] =
 
 std::string arp(const char *ip, const char *flags, const char *mac, const char *dev) {
     char line[200];
-    snprintf(line, sizeof line, "%-16s 0x1         %-11s %-21s *        %s\n", ip, flags, mac,
-             dev);
+    snprintf(line, sizeof line, "%-16s 0x1         %-11s %-21s *        %s\n", ip, flags, mac, dev);
     return line;
 }
 
@@ -277,7 +276,7 @@ TEST_F(LiveFiles, ArpHostTable) {
     std::string table = kArpHeader;
     table += arp("192.168.1.10", "0x2", "aa:bb:cc:00:00:10", "br0");
     table += arp("192.168.1.11", "0x0", "00:00:00:00:00:00", "br0"); // incomplete
-    table += arp("10.0.0.5", "0x2", "aa:bb:cc:00:00:05", "eth1");     // outside the LAN
+    table += arp("10.0.0.5", "0x2", "aa:bb:cc:00:00:05", "eth1");    // outside the LAN
     table += arp("192.168.1.12", "0x6", "Aa:bB:cc:00:00:12", "br0");
     put("/proc/net/arp", table);
     // The host names come from the lease file in the address-server layout.
