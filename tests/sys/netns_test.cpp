@@ -83,6 +83,8 @@ void check(const std::string &name, const std::string &library, const std::strin
 
 // Runs `body` in a fresh network namespace; compares what it printed with check().
 void in_namespace(const std::function<int()> &body) {
+    if (system("command -v ip >/dev/null && command -v python3 >/dev/null") != 0)
+        GTEST_SKIP() << "ip (iproute2) and python3 are needed";
     auto r = run_in_child([&] {
         if (!enter_namespaces()) return kNoNamespace;
         if (system("ip link set lo up") != 0) return 2;
