@@ -367,3 +367,26 @@ TEST_F(LiveFiles, MacStripAndUpcase) {
 }
 
 } // namespace
+
+namespace {
+
+TEST(InterfaceFailures, MessagesAndResults) {
+    auto r = run_in_child([] {
+        char dst[16] = "untouched";
+        int rc = getIfBcastIP("nosuch0", dst, sizeof dst);
+        return rc == -1 && strcmp(dst, "untouched") == 0 ? 0 : 1;
+    });
+    EXPECT_EQ(r.exit_code(), 0);
+    EXPECT_EQ(r.out.rfind("getIfBcastIP:", 0), 0u) << r.out;
+    EXPECT_NE(r.out.find(" get ifname[nosuch0] ip addr fail\n"), std::string::npos) << r.out;
+    char mac[18] = "untouched";
+    EXPECT_EQ(getIfMac("nosuch0", mac, 2), -1);
+    EXPECT_EQ(getIfHalfMac("nosuch0", mac, 1), -1);
+    EXPECT_STREQ(mac, "untouched");
+    EXPECT_EQ(getEthUp_Down("nosuch0"), 0);
+    EXPECT_EQ(getIfIp("", mac), -1);
+    EXPECT_EQ(getIfsubnetIp("nosuch0", mac), -1);
+    EXPECT_STREQ(mac, "untouched");
+}
+
+} // namespace
