@@ -6,6 +6,7 @@
 #include <arpa/inet.h>
 #include <cstring>
 #include <string>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -379,6 +380,18 @@ TEST(InterfaceFailures, MessagesAndResults) {
     EXPECT_EQ(r.exit_code(), 0);
     EXPECT_EQ(r.out.rfind("getIfBcastIP:", 0), 0u) << r.out;
     EXPECT_NE(r.out.find(" get ifname[nosuch0] ip addr fail\n"), std::string::npos) << r.out;
+    // No socket to be had (no descriptor left): the messages, the second one misnamed.
+    auto no_socket = run_in_child([] {
+        struct rlimit none = {0, 0};
+        setrlimit(RLIMIT_NOFILE, &none);
+        char m[18];
+        int a = getIfMac("eth0", m, 2);
+        int b = getIfHalfMac("eth0", m, 1);
+        fflush(stdout);
+        return a == -1 && b == -1 ? 0 : 1;
+    });
+    EXPECT_EQ(no_socket.exit_code(), 0);
+    EXPECT_EQ(no_socket.out, "getIfMac: open socket error, eth0\ngetIfMac: open socket error");
     char mac[18] = "untouched";
     EXPECT_EQ(getIfMac("nosuch0", mac, 2), -1);
     EXPECT_EQ(getIfHalfMac("nosuch0", mac, 1), -1);
