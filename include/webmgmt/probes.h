@@ -249,5 +249,95 @@ WEBMGMT_API int get_current_time(char *dst);
 WEBMGMT_API uint32_t get_now_msec(void);
 WEBMGMT_API int fwritestr(const char *path, const char *text);
 
+/* ===================================================================================== */
+/* Live state: interfaces and ports, the ARP table and leases, statistics                */
+/* ===================================================================================== */
+
+struct lan_config;
+
+#define WEBMGMT_PORT_ROLE_UNUSED 0
+#define WEBMGMT_PORT_ROLE_LAN 1
+#define WEBMGMT_PORT_ROLE_WAN 2
+
+/* The board's Ethernet ports as the port probes and the port lists read them: whether the
+ * ports sit behind an external switch (read through "swconfig dev switch1"), and for each
+ * of the twelve port slots its role (WEBMGMT_PORT_ROLE_*) and its interface name as found
+ * in /proc/net/dev (empty: no such port). Port numbers are slot + 1. */
+#define WEBMGMT_PORT_MAP_MEMBERS(X)                                                                \
+    X(4, uint8_t, ext_switch, )                                                                    \
+    X(0, uint8_t, role, [WEBMGMT_PORT_COUNT])                                                      \
+    X(0, uint8_t, pad_ifname, [3])                                                                 \
+    X(4, char, ifname, [WEBMGMT_PORT_COUNT][20])
+typedef struct port_map {
+    WEBMGMT_PORT_MAP_MEMBERS(WEBMGMT_DECLARE_MEMBER)
+} port_map;
+WEBMGMT_STATIC_ASSERT(sizeof(port_map) == 256, "port_map layout");
+WEBMGMT_STATIC_ASSERT(offsetof(port_map, ifname) == 16, "port_map layout");
+
+/* Interfaces. MAC forms: 0 six raw bytes, 1 "%02X" x6, 2 upper case with colons, 3 lower
+ * case with colons (`dst` 18 bytes). Dotted addresses need 16 bytes. */
+WEBMGMT_API int getIfMac(const char *ifname, void *dst, int form);
+WEBMGMT_API int getIfHalfMac(const char *ifname, char *dst, int form);
+/* The gateway of the routes whose line contains `ifname` (the default route's, else the
+ * last up route's); "" for a route without gateway; `dst` untouched when none matches. */
+WEBMGMT_API void getIfGateway(const char *ifname, char *dst);
+WEBMGMT_API int getIfBcastIP(const char *ifname, char *dst, int size);
+WEBMGMT_API int getEthUp_Down(const char *ifname);
+/* The interface's IPv4 address (SIOCGIFADDR), its netmask (SIOCGIFNETMASK), and the
+ * gateway of its default route in /proc/net/route (the interface named exactly): 0 and
+ * the dotted text in `dst` (16 bytes), or -1 with `dst` untouched. */
+WEBMGMT_API int getIfIp(const char *ifname, char *dst);
+WEBMGMT_API int getIfsubnetIp(const char *ifname, char *dst);
+WEBMGMT_API int getIfgwIp(const char *ifname, char *dst);
+
+/* Ports. */
+WEBMGMT_API int getEthStatus(const char *ifname, port_status *status, int index,
+                             const port_map *map);
+WEBMGMT_API void get_eth_summary(sys_status *status, const port_map *map);
+/* A rate for display, "%.1f" and bps, Kbps, Mbps or Gbps: `dst` must hold 24 bytes. */
+WEBMGMT_API void Byte_conversion(uint64_t value, char *dst);
+/* The port numbers of the WAN ports and of the LAN ports, ascending, joined by commas
+ * ("1,5"; "" when there is none), within `size`; the number of ports listed. */
+WEBMGMT_API int get_wan_ports(const port_map *map, char *dst, int size);
+WEBMGMT_API int get_lan_ports(const port_map *map, char *dst, int size);
+/* The description lldpd announces for an interface: the last "configure ports <ifname>
+ * lldp portidsubtype local <description>" line of /etc/lldpd.conf. 0, or -1 ("open file
+ * error\n" on standard output when the file cannot be read) with `dst` untouched. */
+WEBMGMT_API int get_port_desc(const char *ifname, char *dst, int size);
+
+/* The ARP table and DHCP leases. A lease node's MAC is "%02X:%02X:%02X:%02X:%02X:%02X",
+ * an ARP node's the 12 hexadecimal digits alone. */
+WEBMGMT_API int get_arplist(const struct lan_config *lan, arp_host_table *table);
+/* `ip` must hold 16 bytes. 0 when found, else -1 and `ip` untouched. */
+WEBMGMT_API int get_ipbymac_arp(const char *mac, char *ip);
+WEBMGMT_API int get_arp_cache(const char *device, lease_entry **head);
+WEBMGMT_API int search_by_mac(lease_entry *head, const char *mac);
+/* `dst` must hold 13 bytes. */
+WEBMGMT_API void mac2hexStrip(const char *mac, char *dst);
+WEBMGMT_API char chUpcase(char c);
+WEBMGMT_API void dump_macip(lease_entry *head);
+/* A 24-byte legacy lease record, and a 36-byte address-server record. */
+WEBMGMT_API void add_lease(lease_entry *node, const void *record);
+WEBMGMT_API void add_addrserverlease(lease_entry *node, const void *record);
+WEBMGMT_API int get_leases(lease_entry **head);
+WEBMGMT_API int get_addrserver_leases(lease_entry **head, const char *path, const char *pidfile);
+WEBMGMT_API void sort_dhcplist(lease_entry *head);
+WEBMGMT_API void free_leaselist(lease_entry **head);
+WEBMGMT_API void delay_get_lease_by_kill(const char *ifname, int index, int pid);
+/* `name` must hold 21 bytes; untouched when no lease has the MAC. 0 when found, else -1. */
+WEBMGMT_API int get_DevnamebyMacfromLease(const char *path, const char *mac, char *name);
+
+/* Statistics. */
+WEBMGMT_API uint32_t get_mem_use(mem_sample *mem);
+WEBMGMT_API long getSysUptime(void);
+/* `cpu` holds WEBMGMT_CPU_SAMPLES records. */
+WEBMGMT_API int getcpu_usage(cpu_sample *cpu, sys_status *status);
+WEBMGMT_API int get_cmd_res(const char *command, char *buffer, int size);
+/* Hosts seen by the traffic counter of /proc/mac, printed on standard output as a JSON
+ * array (see docs/behaviour.md): the routed hosts (those with an IPv4 address), and every
+ * station including those without one. The number of hosts printed, or -1. */
+WEBMGMT_API int showuser_statistic(void);
+WEBMGMT_API int showlayer2user_statistic(void);
+
 WEBMGMT_END_DECLS
 #endif /* WEBMGMT_PROBES_H */
