@@ -21,7 +21,7 @@
 typedef enum {
     FIELD_NUMBER,   /* a whole number from min to max */
     FIELD_HOST,     /* a dotted IPv4 host address */
-    FIELD_HOST_OPT, /* the same, or empty for none (stored as 0.0.0.0) */
+    FIELD_HOST_OPT, /* the same, or empty or 0.0.0.0 for none */
     FIELD_MASK,     /* a subnet mask: ones, then zeros */
     FIELD_IPV6_OPT, /* an IPv6 address, or empty for none (stored as ::) */
     FIELD_MAC,      /* six two-digit hexadecimal bytes joined by colons */
@@ -90,8 +90,8 @@ static inline int check_one(const field_rule *r, const char *v, field_error *e) 
             return 0;
         snprintf(m, sizeof m, "Enter a whole number from %ld to %ld.", r->min, r->max);
         return field_refuse(e, r->name, m);
-    case FIELD_HOST_OPT:
-        if (!*v) return 0;
+    case FIELD_HOST_OPT: /* "0.0.0.0" is how the views show none */
+        if (!*v || strcmp(v, "0.0.0.0") == 0) return 0;
         /* fall through */
     case FIELD_HOST:
         if (parse_ipv4(v, &a) == 0 && a != 0 && a != 0xFFFFFFFFu) return 0;

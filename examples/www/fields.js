@@ -87,3 +87,9 @@ const FORM_RESULTS = {
   5: 'The device could not take this request',
   '-1': 'The device could not store the change',
 };
+
+// A refusal's message goes once its value is changed.
+document.addEventListener('input', (event) => {
+  const next = event.target.nextElementSibling;
+  if (next && next.classList.contains('field-error')) next.remove();
+});

@@ -90,7 +90,9 @@ function leaseEditor(box) {
     }
     if (!leases.length) {
       const row = document.createElement('tr');
-      WM.cell(row, 'No static leases.').className = 'empty';
+      const cell = WM.cell(row, 'No static leases.');
+      cell.className = 'empty';
+      cell.colSpan = 5;
       tbody.append(row);
     }
   }
