@@ -50,9 +50,8 @@ int request(const std::string &body, const Form &form) {
 
 // `wmconfig show section names...`: every member by its dotted name.
 std::map<std::string, std::string> show(const std::string &section, const std::string &names = "") {
-    const char *emulator = std::getenv("WEBMGMT_TEST_EMULATOR");
-    auto r = wmtest::run_shell(std::string(emulator ? emulator : "") + " '" + wmtest::binary_dir() +
-                               "/wmconfig' show " + section + " " + names);
+    auto r = wmtest::run_shell(std::string(WEBMGMT_FORMS_EMULATOR) +
+                               " '" WEBMGMT_WMCONFIG "' show " + section + " " + names);
     EXPECT_EQ(r.exit_code(), 0) << r.err;
     std::map<std::string, std::string> out;
     std::istringstream lines(r.out);
