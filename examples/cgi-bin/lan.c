@@ -123,7 +123,16 @@ static subnet controller_subnet(const checked_form *f, const lan_config *lan) {
     return s;
 }
 
-static int apply_base(lan_config *lan, const checked_form *f, field_error *e) {
+/* Each form's own checks and its library call: 0 with *result set, or -1 with `e` set. The
+ * request's own pairs carry what is not a form variable ("list", "action"). */
+typedef struct request {
+    lan_config *lan;
+    const form_pair *pairs;
+    int count;
+} request;
+
+static int apply_base(const request *r, const checked_form *f, field_error *e, int *result) {
+    lan_config *lan = r->lan;
     subnet s = lan_subnet(f, lan);
     if (!in_subnet(s.base, s.base, s.mask))
         return field_refuse(e, "ipaddr",
@@ -137,10 +146,20 @@ static int apply_base(lan_config *lan, const checked_form *f, field_error *e) {
                             "The DHCP server's pool would be outside this subnet: move the pool "
                             "or switch the server off first.");
     save_lan_base(lan, f->pairs, f->count);
+    *result = 0;
     return 0;
 }
 
-static int ipv6_order(const checked_form *f, const lan_config *lan, field_error *e) {
+static int apply_vlans(const request *r, const checked_form *f, field_error *e, int *result) {
+    (void)e;
+    save_lan_base(r->lan, f->pairs, f->count);
+    *result = 0;
+    return 0;
+}
+
+/* The DHCPv6 pool must not end before it starts. */
+static int apply_ipv6(const request *r, const checked_form *f, field_error *e, int *result) {
+    const lan_config *lan = r->lan;
     unsigned char start[16], end[16];
     const char *s = cgi_form_value(f->pairs, f->count, "dhcp6_ipstart");
     const char *t = cgi_form_value(f->pairs, f->count, "dhcp6_ipend");
@@ -150,14 +169,29 @@ static int ipv6_order(const checked_form *f, const lan_config *lan, field_error 
     if (t) inet_pton(AF_INET6, t, end);
     if (memcmp(end, start, 16) < 0)
         return field_refuse(e, "dhcp6_ipend", "The pool must end at or after its start.");
+    save_lan_base(r->lan, f->pairs, f->count);
+    *result = 0;
+    return 0;
+}
+
+static int apply_devdhcp(const request *r, const checked_form *f, field_error *e, int *result) {
+    if (check_pool(f, &r->lan->dev_dhcpserver, lan_subnet(f, r->lan), "LAN", e)) return -1;
+    *result = save_lan_dev_dhcpserver(r->lan, f->pairs, f->count);
+    return 0;
+}
+
+static int apply_acdhcp(const request *r, const checked_form *f, field_error *e, int *result) {
+    if (check_pool(f, &r->lan->ac_dhcpserver, controller_subnet(f, r->lan), "controller", e))
+        return -1;
+    *result = save_lan_ac_dhcpserver(f->pairs, f->count);
     return 0;
 }
 
 /* The static leases: "list" names the device's or the controller's, "action" the change. */
-static int apply_lease(lan_config *lan, const form_pair *pairs, int count, const checked_form *f,
-                       field_error *e, int *result) {
-    const char *list = cgi_form_value(pairs, count, "list");
-    const char *action = cgi_form_value(pairs, count, "action");
+static int apply_lease(const request *r, const checked_form *f, field_error *e, int *result) {
+    lan_config *lan = r->lan;
+    const char *list = cgi_form_value(r->pairs, r->count, "list");
+    const char *action = cgi_form_value(r->pairs, r->count, "action");
     int ac = list && strcmp(list, "ac") == 0;
     if (!list || (!ac && strcmp(list, "dev") != 0))
         return field_refuse(e, "list", "Choose the device's or the controller's list.");
@@ -195,39 +229,26 @@ static int apply_form(form_pair *pairs, int count) {
         const char *name;
         const field_rule *rules;
         size_t n;
+        int (*apply)(const request *, const checked_form *, field_error *, int *);
     } kForms[] = {
-        {"base", kBaseRules, N_RULES(kBaseRules)},
-        {"vlans", kVlanRules, N_RULES(kVlanRules)},
-        {"ipv6", kIpv6Rules, N_RULES(kIpv6Rules)},
-        {"devdhcp", kDevDhcpRules, N_RULES(kDevDhcpRules)},
-        {"acdhcp", kAcDhcpRules, N_RULES(kAcDhcpRules)},
-        {"lease", kLeaseRules, N_RULES(kLeaseRules)},
+        {"base", kBaseRules, N_RULES(kBaseRules), apply_base},
+        {"vlans", kVlanRules, N_RULES(kVlanRules), apply_vlans},
+        {"ipv6", kIpv6Rules, N_RULES(kIpv6Rules), apply_ipv6},
+        {"devdhcp", kDevDhcpRules, N_RULES(kDevDhcpRules), apply_devdhcp},
+        {"acdhcp", kAcDhcpRules, N_RULES(kAcDhcpRules), apply_acdhcp},
+        {"lease", kLeaseRules, N_RULES(kLeaseRules), apply_lease},
     };
     for (size_t i = 0; i < N_RULES(kForms); ++i) {
         if (strcmp(kForms[i].name, form) != 0) continue;
+        request r = {lan, pairs, count};
         checked_form f;
         field_error e;
-        int result = 0, refused = check_fields(kForms[i].rules, kForms[i].n, pairs, count, &f, &e);
-        if (!refused) {
-            if (i == 0)
-                refused = apply_base(lan, &f, &e);
-            else if (i == 1 || i == 2) {
-                refused = i == 2 ? ipv6_order(&f, lan, &e) : 0;
-                if (!refused) save_lan_base(lan, f.pairs, f.count);
-            } else if (i == 3) {
-                refused = check_pool(&f, &lan->dev_dhcpserver, lan_subnet(&f, lan), "LAN", &e);
-                if (!refused) result = save_lan_dev_dhcpserver(lan, f.pairs, f.count);
-            } else if (i == 4) {
-                refused = check_pool(&f, &lan->ac_dhcpserver, controller_subnet(&f, lan),
-                                     "controller", &e);
-                if (!refused) result = save_lan_ac_dhcpserver(f.pairs, f.count);
-            } else
-                refused = apply_lease(lan, pairs, count, &f, &e, &result);
-        }
-        if (refused)
-            reply_refusal(&e);
-        else
+        int result = 0;
+        if (check_fields(kForms[i].rules, kForms[i].n, pairs, count, &f, &e) == 0 &&
+            kForms[i].apply(&r, &f, &e, &result) == 0)
             reply_result(result);
+        else
+            reply_refusal(&e);
         return 0;
     }
     cgi_reply_error(404, "no such form");
