@@ -305,5 +305,25 @@ WEBMGMT_API int save_qos_config(qos_config *list, const form_pair *pairs, int co
 WEBMGMT_API int save_qos_config_element(qos_config *list, int op, const form_pair *pairs, int count,
                                         rule_config_set *config);
 
+/* --- LAN, DHCP server, static-lease and WAN forms ----------------------------------------
+ * Each applies the page's variables to its section and writes the section to flash; none
+ * validates an address, a range or a lease time. The static-lease forms take op as the
+ * rule-list element forms do (-1 delete the lease named by "id", -2 delete all, both
+ * without a save; 0 add; any other op modify) and return the store's result of the add or
+ * modify. The controller's forms fetch the LAN record themselves. */
+WEBMGMT_API void save_lan_base(lan_config *lan, const form_pair *pairs, int count);
+WEBMGMT_API int save_lan_dev_dhcpserver(lan_config *lan, const form_pair *pairs, int count);
+/* Switching the controller off ("ac_enable" 0) marks the managed-AP list with 254. */
+WEBMGMT_API int save_lan_ac_dhcpserver(const form_pair *pairs, int count);
+WEBMGMT_API int save_lan_dhcp_server_bindlist(lan_config *lan, int op, const form_pair *pairs,
+                                              int count);
+WEBMGMT_API int save_lan_dhcp_server_acbindlist(int op, const form_pair *pairs, int count);
+/* Edits WAN line `line` (0 to WEBMGMT_WAN_LINES - 1) and returns 0; a line outside the
+ * record is refused with -1 and nothing is written. */
+WEBMGMT_API int save_wan_base(wan_config *wan, int line, const form_pair *pairs, int count);
+/* The bypass addressing and the cloud binding of the misc section; both return 0. */
+WEBMGMT_API int save_bypass_base(const form_pair *pairs, int count);
+WEBMGMT_API int save_cloud_base(misc_config *misc, const form_pair *pairs, int count);
+
 WEBMGMT_END_DECLS
 #endif /* WEBMGMT_FORMS_H */

@@ -41,5 +41,12 @@ WEBMGMT_API void printf_Qos_json(const qos_config *config);
  * the formatted length. */
 WEBMGMT_API int get_runtime_web(uint32_t seconds, char *out);
 
+/* LAN and WAN views: the LAN section with both DHCP servers, the static leases of the
+ * device's server and the IPv6 settings; the four WAN lines; the bypass addressing of the
+ * misc section. */
+WEBMGMT_API void printf_Lan_json(const lan_config *config);
+WEBMGMT_API void printf_Wan_json(const wan_config *config);
+WEBMGMT_API void printf_Bypass_json(const misc_config *config);
+
 WEBMGMT_END_DECLS
 #endif /* WEBMGMT_VIEWS_H */
