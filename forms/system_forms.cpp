@@ -115,8 +115,11 @@ int apply_and_save(Record *record, Part Record::*part, void (*bind)(Bindings &, 
 }
 
 // The remote host name and the remote URL made from it. The device formatted both without
-// a bound; here each stops at its member, terminated.
+// a bound; here each stops at its member, terminated, and nothing of the old text stays
+// behind the new one.
 void write_remote_texts(misc_remote &r, const productinfo_config *product, const char *host) {
+    std::memset(r.subdomain, 0, sizeof r.subdomain);
+    std::memset(r.web_url, 0, sizeof r.web_url);
     std::snprintf(r.subdomain, sizeof r.subdomain, "%s.remote", host ? host : "");
     std::string_view remote = member_text(r.subdomain, sizeof r.subdomain);
     std::string_view domain = product ? member_text(product->remote_web_config_domain,
