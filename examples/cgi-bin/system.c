@@ -1,9 +1,9 @@
 /*
  * system.cgi: the system settings of the console, for a logged-in browser.
  *
- * GET: the settings the pages edit, as one JSON object of sections ("account", "actimer",
+ * GET: the settings the pages edit, as one JSON object of sections ("user", "actimer",
  * "dmz", "nat", "kvr", "ddns", "log", "ntp", "remote", "timereboot", "product"), every
- * value a string. No password is ever printed: the account shows the names only, the DDNS
+ * value a string. No password is ever printed: the accounts show the names only, the DDNS
  * section whether a password is stored.
  *
  * POST system.cgi?stork=<token>, "form" naming the section and its variables: each value is
@@ -405,7 +405,7 @@ static int print_view(void) {
     }
     cgi_begin_json(200, NULL);
     putchar('{');
-    open_section("account");
+    open_section("user");
     TEXT("rootname", m->sys_user.rootname);
     TEXT("username", m->sys_user.username);
     close_section();

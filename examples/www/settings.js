@@ -86,6 +86,7 @@ const SETTINGS = {
     h2.textContent = title;
     const form = document.createElement('form');
     form.className = 'settings';
+    form.noValidate = true; // the programs check the values and say what is wrong
     form.id = 'form-' + key;
     for (const field of fields) form.append(SETTINGS.item(key, field));
     const buttons = document.createElement('div');
