@@ -5,7 +5,9 @@
 // the bytes expected and every byte around it is as it was.
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
+#include <dirent.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstring>
@@ -152,10 +154,22 @@ void prime(const TempRoot &) {
     ASSERT_EQ(r.exit_code(), 0) << r.err;
 }
 
+// Removes the section files (".bin") of a store directory.
+void remove_section_files(const std::string &dir) {
+    DIR *d = opendir(dir.c_str());
+    if (!d) return;
+    while (const dirent *e = readdir(d)) {
+        std::string name = e->d_name;
+        if (name.size() > 4 && name.compare(name.size() - 4, 4, ".bin") == 0)
+            unlink((dir + "/" + name).c_str());
+    }
+    closedir(d);
+}
+
 // A section as a fresh process reads it; with `after_reboot` the memory copies are gone
 // first, so what it reads is the flash copy.
 std::string stored(const TempRoot &root, Sec sec, bool after_reboot = true) {
-    if (after_reboot) wmtest::run_shell("rm -f '" + root.path("/var/config") + "'/*.bin");
+    if (after_reboot) remove_section_files(root.path("/var/config"));
     auto r = wmtest::run_in_child([sec] {
         std::fwrite(record_of(sec), 1, size_of(sec), stdout);
         return 0;
@@ -565,7 +579,7 @@ TEST(SettingsForms, SaveReachesFlashWithoutVariables) {
     prime(root);
     for (const auto &[name, form] : forms()) {
         SCOPED_TRACE(name);
-        wmtest::run_shell("rm -f '" + root.path("/etc/config_flash") + "'/*.bin");
+        remove_section_files(root.path("/etc/config_flash"));
         EXPECT_EQ(post("unrelated=1", form), 0);
         struct stat st;
         bool wifi =
