@@ -130,13 +130,15 @@ const SETTINGS = {
     for (const input of form.querySelectorAll('.invalid')) input.classList.remove('invalid');
   },
 
-  // Posts `fields` to `program`; a refusal goes beside its field, the result to #message.
-  // Resolves true when the device stored the settings.
-  async post(program, key, form, fields, done) {
+  // Posts `fields` to `program`; a refusal goes beside its field, the result to #message
+  // once after() (the page's refresh) has run, so that the page shows what was stored when
+  // it says so. Resolves true when the device stored the settings.
+  async post(program, key, form, fields, done, after) {
     SETTINGS.clearErrors(form);
     try {
       const answer = await SETTINGS.send(program, fields);
       if (answer.ok && answer.body.result === 0) {
+        if (after) await after();
         WM.show(done, true);
         return true;
       }

@@ -97,11 +97,10 @@ function build() {
     forms[key] = SETTINGS.card(cards, key, title, fields, async (values, form) => {
       // The month is not set by these pages; the device ignores it for daily and weekly.
       if (key === 'timereboot') values.m_TimeReboot_Month = '1';
-      const saved = await SETTINGS.post('system.cgi', key, form, { form: key, ...values }, title + ': saved.');
+      const saved = await SETTINGS.post('system.cgi', key, form, { form: key, ...values }, title + ': saved.', refresh);
       if (saved && key === 'user') {
         for (const input of form.querySelectorAll('input[type=password]')) input.value = '';
       }
-      if (saved) await refresh();
     });
   }
   for (const [key, id] of [['product', 'product-facts'], ['remote', 'remote-url'], ['ddns', 'ddns-pwd']]) {

@@ -98,7 +98,7 @@ async function build() {
     const key = 'radio' + radio.radio;
     const title = 'Radio ' + (Number(radio.radio) + 1) + ' (' + bandName(radio.m_radio_type) + ')';
     const form = SETTINGS.card(cards, key, title, radioFields(radio), async (values, f) => {
-      if (await SETTINGS.post('wireless.cgi', key, f, { form: 'radio', radio: radio.radio, ...values }, title + ': saved.')) await refresh();
+      await SETTINGS.post('wireless.cgi', key, f, { form: 'radio', radio: radio.radio, ...values }, title + ': saved.', refresh);
     });
     for (let v = 0; v < 4; v++) followers.push(followSecurity(form, key, '' + radio.radio + v));
   }
@@ -109,7 +109,7 @@ async function build() {
     ...securityFields('', false),
     { name: 'm_bssid', label: 'Its BSSID (optional)', placeholder: '00:11:22:33:44:55' },
   ], async (values, f) => {
-    if (await SETTINGS.post('wireless.cgi', 'repeater', f, { form: 'repeater', ...values }, 'Repeater: saved.')) await refresh();
+    await SETTINGS.post('wireless.cgi', 'repeater', f, { form: 'repeater', ...values }, 'Repeater: saved.', refresh);
   });
   followers.push(followSecurity(repeater, 'repeater', ''));
   SETTINGS.card(cards, 'timeclose', 'Timed switch-off', [
@@ -117,7 +117,7 @@ async function build() {
     { name: 'm_start_time', label: 'From (HH:MM)', placeholder: '00:00' },
     { name: 'm_end_time', label: 'Until (HH:MM)', placeholder: '06:00' },
   ], async (values, f) => {
-    if (await SETTINGS.post('wireless.cgi', 'timeclose', f, { form: 'timeclose', ...values }, 'Timed switch-off: saved.')) await refresh();
+    await SETTINGS.post('wireless.cgi', 'timeclose', f, { form: 'timeclose', ...values }, 'Timed switch-off: saved.', refresh);
   });
   fillAll();
 }
