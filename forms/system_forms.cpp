@@ -122,11 +122,16 @@ void write_remote_texts(misc_remote &r, const productinfo_config *product, const
     std::memset(r.web_url, 0, sizeof r.web_url);
     std::snprintf(r.subdomain, sizeof r.subdomain, "%s.remote", host ? host : "");
     std::string_view remote = member_text(r.subdomain, sizeof r.subdomain);
-    std::string_view domain = product ? member_text(product->remote_web_config_domain,
-                                                    sizeof product->remote_web_config_domain)
-                                      : std::string_view{};
+    // The domain the remote host name lives under, at most its 200 bytes.
+    const char *domain = "";
+    int domain_length = 0;
+    if (product) {
+        domain = product->remote_web_config_domain;
+        domain_length = static_cast<int>(
+            strnlen(product->remote_web_config_domain, sizeof product->remote_web_config_domain));
+    }
     std::snprintf(r.web_url, sizeof r.web_url, "http://%.*s%.*s", static_cast<int>(remote.size()),
-                  remote.data(), static_cast<int>(domain.size()), domain.data());
+                  r.subdomain, domain_length, domain);
 }
 
 } // namespace
