@@ -361,12 +361,14 @@ std::vector<Row> rows() {
         // Product information.
         {"product", "productname", l300, {{PRODUCT(productname), text_n(l300, 50)}}},
         {"product", "device_sn", "SN0001", {{PRODUCT(device_sn), text_n("SN0001", 50)}}},
+        {"product", "device_sn", l300, {{PRODUCT(device_sn), text_n(l300, 50)}}},
         {"product", "default_language", l300, {{PRODUCT(default_language), text_n(l300, 10)}}},
         {"product", "device_name", l300, {{PRODUCT(device_name), text_n(l300, 100)}}},
         {"product",
          "device_position",
          "Hall 2",
          {{PRODUCT(device_position), text_n("Hall 2", 100)}}},
+        {"product", "device_position", l300, {{PRODUCT(device_position), text_n(l300, 100)}}},
         {"product", "upgrade_reset", "1", {{PRODUCT(upgrade_reset), u8(1)}}},
         {"product", "device_cpu", l300, {{PRODUCT(device_cpu), text_n(l300, 10)}}},
         {"product", "ap_mode", "2", {{PRODUCT(ap_mode), u8(2)}}},
@@ -525,6 +527,10 @@ std::vector<Row> rows() {
          "m_start_time",
          "07:30",
          {{WIFI(m_timeclosectrl.m_start_time), text_z("07:30", 10)}}},
+        {"timeclose",
+         "m_start_time",
+         l300,
+         {{WIFI(m_timeclosectrl.m_start_time), text_z(l300, 10)}}},
         {"timeclose", "m_end_time", l300, {{WIFI(m_timeclosectrl.m_end_time), text_z(l300, 10)}}},
     };
     return t;
