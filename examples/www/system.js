@@ -55,7 +55,7 @@ const CARDS = [
     ON_OFF('enable_web', 'Web management from the WAN'),
     ON_OFF('enable_telnet', 'Telnet from the WAN'),
     ON_OFF('local_enable_telnet', 'Telnet from the LAN'),
-    { name: 'remote_port', label: 'Remote port', type: 'number', min: 1, max: 65535 },
+    { name: 'remote_port', label: 'Remote port', type: 'number', min: 1, max: 65535, placeholder: '8080' },
   ]],
   ['timereboot', 'Scheduled reboot', [
     ON_OFF('m_TimeRebootEnable', 'Reboot on a schedule'),
@@ -76,6 +76,8 @@ const forms = {};
 // The view's numbers of a day or a month start at 0 in a fresh record: show a valid value.
 function fixups(key, values) {
   if (key === 'timereboot' && values.m_TimeReboot_Day === '0') values.m_TimeReboot_Day = '1';
+  // No remote port yet: the field stays empty (and is not sent) until one is given.
+  if (key === 'remote' && values.remote_port === '0') values.remote_port = '';
   return values;
 }
 
@@ -97,6 +99,7 @@ function build() {
     forms[key] = SETTINGS.card(cards, key, title, fields, async (values, form) => {
       // The month is not set by these pages; the device ignores it for daily and weekly.
       if (key === 'timereboot') values.m_TimeReboot_Month = '1';
+      if (key === 'remote' && values.remote_port === '') delete values.remote_port;
       const saved = await SETTINGS.post('system.cgi', key, form, { form: key, ...values }, title + ': saved.', refresh);
       if (saved && key === 'user') {
         for (const input of form.querySelectorAll('input[type=password]')) input.value = '';
