@@ -35,7 +35,7 @@ async function systemPage(page) {
   await page.click('#nav-system');
   await page.waitForURL(/system\.html/);
   visited.push('system.html');
-  await page.waitForFunction(() => document.getElementById('f-user-rootname').value !== '');
+  await page.waitForFunction(() => (document.getElementById('f-user-rootname') || {}).value);
   check('the account card shows the administrator', (await page.inputValue('#f-user-rootname')) === env.ADMIN_USER);
 
   // Refused: a reboot hour of 24, beside the field, and the stored hour stays.
@@ -45,7 +45,7 @@ async function systemPage(page) {
   check('a reboot hour of 24 is refused: ' + text, text.startsWith('Not saved'));
   check('the message stands beside the hour', (await fieldError(page, 'timereboot-m_TimeReboot_Hour')) === 'The hour is 0 to 23.');
   await page.reload();
-  await page.waitForFunction(() => document.getElementById('f-user-rootname').value !== '');
+  await page.waitForFunction(() => (document.getElementById('f-user-rootname') || {}).value);
   check('the stored hour is unchanged', (await page.inputValue('#f-timereboot-m_TimeReboot_Hour')) === hour);
 
   // A valid change of another card.
@@ -93,7 +93,7 @@ async function wirelessPage(page) {
   await page.waitForURL(/wireless\.html/);
   visited.push('wireless.html');
   await page.waitForSelector('#f-radio0-m_ssid00');
-  await page.waitForFunction(() => document.getElementById('f-radio0-m_ssid00').value !== '');
+  await page.waitForFunction(() => (document.getElementById('f-radio0-m_ssid00') || {}).value);
   const before = await page.inputValue('#f-radio0-m_ssid00');
 
   // Refused: an SSID of 33 bytes and a WPA key of 7 characters, each beside its field.
@@ -111,7 +111,7 @@ async function wirelessPage(page) {
   text = await submit(page, () => page.click('#save-radio1'), 'wireless.cgi');
   check('channel 14 is refused on the 5 GHz radio', (await fieldError(page, 'radio1-m_channel1')) === 'This channel is not in the 5 GHz band.');
   await page.reload();
-  await page.waitForFunction(() => document.getElementById('f-radio0-m_ssid00').value !== '');
+  await page.waitForFunction(() => (document.getElementById('f-radio0-m_ssid00') || {}).value);
   check('nothing refused was stored', (await page.inputValue('#f-radio0-m_ssid00')) === before);
 
   // A valid SSID and key.
@@ -130,7 +130,7 @@ async function wirelessPage(page) {
   await logIn(page, NEW_PASS);
   await page.waitForURL(/overview\.html/);
   await page.goto(BASE + '/wireless.html');
-  await page.waitForFunction(() => document.getElementById('f-radio0-m_ssid00').value !== '');
+  await page.waitForFunction(() => (document.getElementById('f-radio0-m_ssid00') || {}).value);
   check('after a restart the SSID is there', (await page.inputValue('#f-radio0-m_ssid00')) === SSID);
   check('after a restart the WPA key is there', (await page.inputValue('#f-radio0-m_psk_keystr00')) === PSK);
   check('after a restart the switch-off time is there', (await page.inputValue('#f-timeclose-m_start_time')) === '23:30');
