@@ -110,7 +110,7 @@ static int want_security(request *r, const char *suffix, int enterprise_allowed)
         !(enterprise_allowed && sec == SEC_WPA2_EAP))
         return refuse(r, "Choose a security mode.");
     forward(r, mode);
-    char text[8];
+    char text[24];
     snprintf(text, sizeof text, "%ld", sec);
     value(r, "m_authmode", suffix);
     forward(r, text);
@@ -173,7 +173,7 @@ static int radio_of(request *r, const wifi_config *w, int *band) {
 }
 
 static int check_radio(request *r, int radio, int band) {
-    char s[8];
+    char s[24];
     snprintf(s, sizeof s, "%d", radio);
     if (want_switch(r, "m_enable", s) != 0 ||
         want_number(r, "m_wirelessmode", s, 0, 2, "Choose a wireless mode.") != 0 ||
@@ -203,7 +203,7 @@ static int check_radio(request *r, int radio, int band) {
         forward(r, v);
     }
     for (int vap = 0; vap < WEBMGMT_WIFI_VAP_COUNT; ++vap) {
-        char sv[8];
+        char sv[24];
         snprintf(sv, sizeof sv, "%d%d", radio, vap);
         if (want_switch(r, "m_wlan_enable", sv) != 0 || want_ssid(r, sv) != 0 ||
             want_switch(r, "m_wlan_hide_ssid", sv) != 0 ||
