@@ -325,5 +325,42 @@ WEBMGMT_API int save_wan_base(wan_config *wan, int line, const form_pair *pairs,
 WEBMGMT_API int save_bypass_base(const form_pair *pairs, int count);
 WEBMGMT_API int save_cloud_base(misc_config *misc, const form_pair *pairs, int count);
 
+/* --- System and wireless settings forms --------------------------------------------------
+ * Each applies the request's variables to one section and saves it to flash (the roaming
+ * form saves nothing). Absent variables leave their members as they were; nothing is
+ * validated. They return 0 whatever the save gives, or -1 when the record is null (a
+ * getter that found no memory). The forms without a record argument fetch the section
+ * themselves. Passwords ("rootpwd", "userpwd", "pwd") are stored as they are sent. */
+WEBMGMT_API int save_sys_user(const form_pair *pairs, int count);
+WEBMGMT_API int save_sys_actimer(const form_pair *pairs, int count);
+/* The roaming settings ("m_kvr_enable", "m_is_5g_first", "m_kvr_2g_rssi_thr",
+ * "m_kvr_5g_rssi_thr") applied to this process's wireless record only, never saved. */
+WEBMGMT_API int save_sys_aproaming(const form_pair *pairs, int count);
+WEBMGMT_API int save_sys_dzm(misc_config *record, const form_pair *pairs, int count);
+WEBMGMT_API int save_sys_nat(misc_config *record, const form_pair *pairs, int count);
+WEBMGMT_API int save_sys_kvr(wifi_config *record, const form_pair *pairs, int count);
+WEBMGMT_API int save_sys_ddns(misc_config *record, const form_pair *pairs, int count);
+WEBMGMT_API int save_sys_log(const form_pair *pairs, int count);
+WEBMGMT_API int save_sys_ntp(misc_config *record, const form_pair *pairs, int count);
+/* Also writes sys_remote.subdomain ("<host>.remote", at most 127 characters) and
+ * sys_remote.web_url ("http://<subdomain><remote_web_config_domain>", at most 511), then
+ * saves the system record and the product information. */
+WEBMGMT_API int save_sys_remote(const form_pair *pairs, int count, const char *host);
+WEBMGMT_API int save_sys_timereboot(misc_config *record, const form_pair *pairs, int count);
+WEBMGMT_API int save_product_Info(const form_pair *pairs, int count);
+
+/* The device's radios: "<member><radio>" for radio members, "<member><radio><vap>" for VAP
+ * members (m_ssid12: radio 1, VAP 2), every radio 0 to 2 and VAP 0 to 3. Text members are
+ * filled up to their size (a value as long as the member leaves no terminator). */
+WEBMGMT_API int save_wifi_all_radio_config(wifi_config *record, const form_pair *pairs, int count);
+/* The repeater block of radio `radio` (0 to 2), bare member names; "m_phymode" sets the
+ * radio's own PHY mode. m_repeater_radio_id becomes `radio` even when nothing is sent; a
+ * radio outside 0 to 2 changes nothing, saves nothing and returns -1. */
+WEBMGMT_API int save_wifi_repeater_config(wifi_config *record, const form_pair *pairs, int count,
+                                          int radio);
+/* "m_enable", "m_start_time", "m_end_time" of m_timeclosectrl; `ignored` is not used: the
+ * form fetches the wireless record itself. */
+WEBMGMT_API int save_wifi_timeclose_config(void *ignored, const form_pair *pairs, int count);
+
 WEBMGMT_END_DECLS
 #endif /* WEBMGMT_FORMS_H */
