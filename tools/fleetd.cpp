@@ -171,11 +171,15 @@ void fill_stations(sta_table &t, ap_device_record &ap, Random &rnd) {
     }
 }
 
-// Two templates: one for each model, the first bound to the first AP.
+// Two templates, one for each model, the first bound to the first AP, into an empty list.
 void write_templates(int aps, const manage_ap_list_config &list) {
     ap_template_list_config *t = SC_Get_ApTemplateList_System_Config();
     defap_config *def = SC_Get_DefApTemplate_System_Config();
     if (!t || !def) return;
+    // Templates someone made already are theirs: the fleet's two are written only into an
+    // empty list.
+    for (const ap_template_entry &e : t->m_template)
+        if (e.m_wlan_group_id >= 1) return;
     std::memset(t->m_template, 0, sizeof t->m_template);
     t->count = 2;
     for (int i = 0; i < 2; ++i) {

@@ -111,6 +111,23 @@ TEST_F(Fleetd, AnEmptyFleetAndRefusals) {
     EXPECT_EQ(wmtest::read_file(memory_copy(root, "manage_ap")), before);
 }
 
+TEST_F(Fleetd, TemplatesSomeoneMadeAreKept) {
+    ASSERT_EQ(run("--aps 1").exit_code(), 0);
+    ASSERT_EQ(in_new_process([] {
+                  ap_template_list_config *t = SC_Get_ApTemplateList_System_Config();
+                  std::snprintf(t->m_template[0].m_wlan_group_name,
+                                sizeof t->m_template[0].m_wlan_group_name, "renamed");
+                  return SC_Save_System_ApTemplateList_Config(t);
+              }),
+              0);
+    ASSERT_EQ(run("--aps 1 --seed 4").exit_code(), 0);
+    EXPECT_EQ(in_new_process([] {
+                  ap_template_list_config *t = SC_Get_ApTemplateList_System_Config();
+                  return std::strcmp(t->m_template[0].m_wlan_group_name, "renamed") == 0 ? 0 : 1;
+              }),
+              0);
+}
+
 struct Snapshot {
     uint32_t online;
     int status;
