@@ -199,13 +199,14 @@ void write_templates(int aps, const manage_ap_list_config &list) {
 bool parse(int argc, char **argv, Options &o) {
     for (int i = 1; i < argc; ++i) {
         std::string_view a = argv[i];
-        auto value = [&](long lo, long hi, long &out) {
+        // 64-bit, so that a seed up to 2^32-1 fits on the 32-bit device as well.
+        auto value = [&](long long lo, long long hi, long long &out) {
             if (i + 1 >= argc) return false;
             char *end = nullptr;
-            out = std::strtol(argv[++i], &end, 10);
+            out = std::strtoll(argv[++i], &end, 10);
             return *end == '\0' && end != argv[i] && out >= lo && out <= hi;
         };
-        long v = 0;
+        long long v = 0;
         if (a == "--follow") {
             o.follow = true;
         } else if (a == "--aps" && value(0, WEBMGMT_AP_MAX, v)) {
@@ -213,7 +214,7 @@ bool parse(int argc, char **argv, Options &o) {
         } else if (a == "--seed" && value(0, UINT32_MAX, v)) {
             o.seed = uint32_t(v) | 1u; // xorshift never leaves 0
         } else if (a == "--interval-ms" && value(10, 3600000, v)) {
-            o.interval_ms = v;
+            o.interval_ms = long(v);
         } else if (a == "--offline-every" && value(2, 1000000, v)) {
             o.offline_every = int(v);
         } else {

@@ -37,16 +37,18 @@ static int only(const char *value, const char *allowed, size_t max) {
     return 1;
 }
 
-/* An optional query variable, "" when absent; -1 after answering 400 when it is too long
- * or holds other characters than `allowed`. */
+/* An optional query variable, "" when absent; -1 after answering 400 when it is longer than
+ * `out` holds or holds other characters than `allowed`. */
 static int query_checked(const char *name, const char *allowed, char *out, size_t size,
                          const char *refusal) {
+    char value[1024]; /* what the query string may hold */
     out[0] = '\0';
-    if (cgi_query_value(name, out, size) != 0) out[0] = '\0';
-    if (!only(out, allowed, size - 1)) {
+    if (cgi_query_value(name, value, sizeof value) != 0) return 0; /* absent */
+    if (!only(value, allowed, size - 1)) {
         cgi_reply_error(400, refusal);
         return -1;
     }
+    memcpy(out, value, strlen(value) + 1);
     return 0;
 }
 

@@ -149,8 +149,11 @@ TEST_F(Fleetd, FollowingKeepsTheFleetChangingUntilTerminated) {
     pid_t pid = fork();
     ASSERT_GE(pid, 0);
     if (pid == 0) {
-        execl(WEBMGMT_FLEETD, "fleetd", "--aps", "1", "--seed", "3", "--follow", "--interval-ms",
-              "20", "--offline-every", "3", static_cast<char *>(nullptr));
+        // Through the emulator on a cross build; exec keeps the pid the test signals.
+        const std::string command = "exec " + std::string(WEBMGMT_STORE_EMULATOR) +
+                                    " '" WEBMGMT_FLEETD "' --aps 1 --seed 3 --follow "
+                                    "--interval-ms 20 --offline-every 3";
+        execl("/bin/sh", "sh", "-c", command.c_str(), static_cast<char *>(nullptr));
         _exit(127);
     }
     // Watched until both changes were seen: each fresh process reads one whole saved record.
