@@ -47,6 +47,7 @@ const Fleet = {
   },
 
   band(radioType) {
+    if (radioType === '0') return 'unused';
     return radioType === '1' ? '2.4 GHz' : radioType === '2' ? '5 GHz' : 'type ' + radioType;
   },
 
