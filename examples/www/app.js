@@ -64,6 +64,8 @@ const WM = {
     ['system', 'System', '/system.html'],
     ['wireless', 'Wireless', '/wireless.html'],
     ['fleet', 'Access points', '/fleet.html'],
+    ['templates', 'AP templates', '/templates.html'],
+    ['wlan', 'Wireless overview', '/wlan.html'],
     ['clients', 'Clients', '/clients.html'],
     ['portforward', 'Port forwarding', '/rules.html?list=portforward'],
     ['ipportfilter', 'IP/port filter', '/rules.html?list=ipportfilter'],

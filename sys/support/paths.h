@@ -23,6 +23,9 @@ inline constexpr char kConntrackMax[] = "/proc/sys/net/netfilter/nf_conntrack_ma
 inline constexpr char kConfigMemoryDir[] = "/var/config";
 inline constexpr char kConfigFlashDir[] = "/etc/config_flash";
 inline constexpr char kConfigDefaultsDir[] = "/usr/share/webmgmt/defaults";
+// Firmware images waiting to be installed: the controller's own and the one for its APs.
+inline constexpr char kAcFirmwareImage[] = "/var/upgrade_sw.bin";
+inline constexpr char kApFirmwareImage[] = "/tmp/up_fireware/up.bin";
 } // namespace fixed
 
 inline constexpr size_t kPathSize = 512;

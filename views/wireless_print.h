@@ -1,0 +1,122 @@
+// Printers shared by the wireless, template and managed-AP views: MAC texts, the escaped
+// SSID and key texts, members of compact one-line objects, and the VAP and radio blocks that
+// the default template, the template list and the managed APs have in common.
+#pragma once
+
+#include <cinttypes>
+
+#include "views/json_print.h"
+
+namespace wm::json {
+
+// "AA:BB:CC:DD:EE:FF" and its terminator.
+struct MacText {
+    char text[18];
+};
+inline MacText mac_text(const uint8_t *mac) {
+    MacText m{};
+    std::snprintf(m.text, sizeof m.text, "%02X:%02X:%02X:%02X:%02X:%02X", mac[0], mac[1], mac[2],
+                  mac[3], mac[4], mac[5]);
+    return m;
+}
+inline void mac(const char *key, const mac_field &value, Sep sep = Sep::Comma) {
+    text_view(key, mac_text(value.mac).text, sep);
+}
+
+// A text member passed through filter_json_name before printing. The member may fill its
+// room without a terminator, so it is copied to a terminated text first; every character
+// may double, so the escaped text has room for twice the member and the terminator.
+template <size_t N> void escaped(const char *key, const char (&member)[N], Sep sep = Sep::Comma) {
+    char plain[N + 1] = {};
+    std::memcpy(plain, member, N);
+    char out[2 * N + 1] = {};
+    filter_json_name(plain, out);
+    text_view(key, member_text(out, sizeof out), sep);
+}
+
+inline void u32(const char *key, uint32_t value, Sep sep = Sep::Comma) {
+    std::printf("\"%s\":\"%" PRIu32 "\"%s\n", key, value, sep_text(sep));
+}
+inline void u64(const char *key, uint64_t value, Sep sep = Sep::Comma) {
+    std::printf("\"%s\":\"%" PRIu64 "\"%s\n", key, value, sep_text(sep));
+}
+
+// Members of a compact object, all on one line: `"key":"value"` with a leading comma for
+// every member but the first.
+struct Inline {
+    bool first = true;
+    void lead() {
+        if (!first) std::putchar(',');
+        first = false;
+    }
+    void number(const char *key, long long value) {
+        lead();
+        std::printf("\"%s\":\"%lld\"", key, value);
+    }
+    void text(const char *key, std::string_view value) {
+        lead();
+        std::printf("\"%s\":\"%.*s\"", key, static_cast<int>(value.size()), value.data());
+    }
+    template <size_t N> void member(const char *key, const char (&value)[N]) {
+        text(key, member_text(value, N));
+    }
+};
+
+// The VAP members of a template and of a managed AP's full configuration, none escaped.
+inline void template_vap(const defap_vap &v) {
+    number("m_wlan_enable", v.m_wlan_enable);
+    number("m_wlan_hide_ssid", v.m_wlan_hide_ssid);
+    text("m_ssid", v.m_ssid);
+    number("m_vlanid", v.m_vlanid);
+    mac("m_bssid", v.m_bssid);
+    number("m_security", v.m_security);
+    number("m_securitycipher", v.m_securitycipher);
+    number("m_authmode", v.m_authmode);
+    number("m_wep_keytype", v.m_wep_keytype);
+    text("m_wep_keystr", v.m_wep_keystr);
+    number("m_psk_keytype", v.m_psk_keytype);
+    text("m_psk_keystr", v.m_psk_keystr);
+    ipv4("m_radius_serverip", v.m_radius_serverip);
+    number("m_radius_serverport", v.m_radius_serverport);
+    text("m_radius_sharekey", v.m_radius_sharekey);
+    u32("m_tx_pkts", v.m_tx_pkts);
+    u32("m_rx_pkts", v.m_rx_pkts);
+    u64("m_tx_bytes", v.m_tx_bytes);
+    u64("m_rx_bytes", v.m_rx_bytes, Sep::Last);
+}
+
+// `"m_vap":[` and the four VAPs, each `{`-newline ... `}`, separated by commas, then `]`.
+template <typename Vap, size_t N, typename PrintVap>
+void vap_list(const Vap (&vaps)[N], PrintVap print_vap) {
+    std::fputs("\"m_vap\":[", stdout);
+    for (size_t i = 0; i < N; ++i) {
+        std::fputs("{\n", stdout);
+        print_vap(vaps[i]);
+        std::fputs(i + 1 < N ? "}," : "}]", stdout);
+    }
+}
+
+// The reboot schedule, web login and IPTV objects of a template or an AP, each closed by `},`.
+inline void device_blocks(const timereboot_config &r, const defap_weblogin &w,
+                          const defap_iptv &t) {
+    open_object("m_timereboot");
+    number("m_TimeRebootEnable", r.m_TimeRebootEnable);
+    number("m_TimeRebootType", r.m_TimeRebootType);
+    number("m_TimeReboot_Hour", r.m_TimeReboot_Hour);
+    number("m_TimeReboot_Day", r.m_TimeReboot_Day);
+    number("m_TimeReboot_Month", r.m_TimeReboot_Month);
+    number("m_TimeReboot_Week", r.m_TimeReboot_Week, Sep::Last);
+    close_object();
+    open_object("m_weblogin");
+    number("m_enable", w.m_enable);
+    number("m_usertype", w.m_usertype);
+    text("m_username", w.m_username);
+    text("m_userpwd", w.m_userpwd, Sep::Last);
+    close_object();
+    open_object("m_iptv");
+    number("m_enable", t.m_enable);
+    u32("m_vlanid", t.m_vlanid, Sep::Last);
+    close_object();
+}
+
+} // namespace wm::json
