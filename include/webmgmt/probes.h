@@ -249,5 +249,12 @@ WEBMGMT_API int get_current_time(char *dst);
 WEBMGMT_API uint32_t get_now_msec(void);
 WEBMGMT_API int fwritestr(const char *path, const char *text);
 
+/* --- Host names from the DHCP leases ------------------------------------------------------ */
+
+/* Copies into `name` (21 bytes) the host name of the last lease in `lease_file` (the
+ * address-server layout) whose MAC, printed "%02X:..:%02X", equals `mac` in any case;
+ * `name` is left as it is when none does. */
+WEBMGMT_API void get_DevnamebyMacfromLease(const char *lease_file, const char *mac, char *name);
+
 WEBMGMT_END_DECLS
 #endif /* WEBMGMT_PROBES_H */

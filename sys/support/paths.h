@@ -23,6 +23,13 @@ inline constexpr char kConntrackMax[] = "/proc/sys/net/netfilter/nf_conntrack_ma
 inline constexpr char kConfigMemoryDir[] = "/var/config";
 inline constexpr char kConfigFlashDir[] = "/etc/config_flash";
 inline constexpr char kConfigDefaultsDir[] = "/usr/share/webmgmt/defaults";
+// Client accounts and access lists: the kernel's MAC-binding interface (a plain file on
+// hosts), the DHCP leases the station views take host names from, the access-list lock.
+inline constexpr char kProcMac[] = "/proc/mac";
+// Where /proc/mac is written under WEBMGMT_ROOT, whose proc/ is the host's own /proc.
+inline constexpr char kProcMacStandIn[] = "/var/proc_mac";
+inline constexpr char kStationLeases[] = "/var/udhcpd.leases";
+inline constexpr char kWifiAclLock[] = "/var/wifi_acl.lock";
 } // namespace fixed
 
 inline constexpr size_t kPathSize = 512;
