@@ -65,6 +65,7 @@ const WM = {
     ['wireless', 'Wireless', '/wireless.html'],
     ['fleet', 'Access points', '/fleet.html'],
     ['clients', 'Clients', '/clients.html'],
+    ['acl', 'Access lists', '/acl.html'],
     ['portforward', 'Port forwarding', '/rules.html?list=portforward'],
     ['ipportfilter', 'IP/port filter', '/rules.html?list=ipportfilter'],
     ['macfilter', 'MAC filter', '/rules.html?list=macfilter'],
