@@ -35,34 +35,46 @@ struct Member {
     void (*print)(const char *key, const client_account &c);
 };
 
-#define WM_NUMBER(name)                                                                            \
-    Member {                                                                                       \
-#name, [](const char *k, const client_account &c) { int_value(k, c.name); }                \
-    }
-#define WM_TEXT(name)                                                                              \
-    Member {                                                                                       \
-#name, [](const char *k, const client_account &c) { text_member(k, c.name); }              \
-    }
+template <auto Member_> void number(const char *key, const client_account &c) {
+    int_value(key, c.*Member_);
+}
+template <auto Member_> void text(const char *key, const client_account &c) {
+    text_member(key, c.*Member_);
+}
+void haddr(const char *key, const client_account &c) {
+    mac_value(key, c.m_haddr);
+}
 
-constexpr Member kHaddr{"m_haddr",
-                        [](const char *k, const client_account &c) { mac_value(k, c.m_haddr); }};
-constexpr Member kId = WM_NUMBER(m_id);
-constexpr Member kMaxConn = WM_NUMBER(m_max_conn);
+using A = client_account;
+constexpr Member kHaddr{"m_haddr", haddr};
+constexpr Member kId{"m_id", number<&A::m_id>};
+constexpr Member kMaxConn{"m_max_conn", number<&A::m_max_conn>};
 
 // What follows m_id and m_max_conn, the same in every account view.
 constexpr Member kRest[] = {
-    WM_NUMBER(m_limit_up),   WM_NUMBER(m_limit_down), WM_NUMBER(m_allow_time),
-    WM_NUMBER(m_is_deny),    WM_NUMBER(m_is_attck),   WM_NUMBER(m_auth_type),
-    WM_NUMBER(m_group_id),   WM_NUMBER(m_state),      WM_NUMBER(m_role),
-    WM_NUMBER(m_is_bindmac), WM_NUMBER(m_vlan),       WM_NUMBER(m_max_on_line),
-    WM_NUMBER(m_start_time), WM_NUMBER(m_end_time),   WM_NUMBER(m_last_time),
-    WM_TEXT(m_open_id),      WM_TEXT(m_card_id),      WM_TEXT(m_name),
-    WM_TEXT(m_account),      WM_TEXT(m_pass),         WM_TEXT(m_tel),
-    WM_TEXT(m_mark),
+    {"m_limit_up", number<&A::m_limit_up>},
+    {"m_limit_down", number<&A::m_limit_down>},
+    {"m_allow_time", number<&A::m_allow_time>},
+    {"m_is_deny", number<&A::m_is_deny>},
+    {"m_is_attck", number<&A::m_is_attck>},
+    {"m_auth_type", number<&A::m_auth_type>},
+    {"m_group_id", number<&A::m_group_id>},
+    {"m_state", number<&A::m_state>},
+    {"m_role", number<&A::m_role>},
+    {"m_is_bindmac", number<&A::m_is_bindmac>},
+    {"m_vlan", number<&A::m_vlan>},
+    {"m_max_on_line", number<&A::m_max_on_line>},
+    {"m_start_time", number<&A::m_start_time>},
+    {"m_end_time", number<&A::m_end_time>},
+    {"m_last_time", number<&A::m_last_time>},
+    {"m_open_id", text<&A::m_open_id>},
+    {"m_card_id", text<&A::m_card_id>},
+    {"m_name", text<&A::m_name>},
+    {"m_account", text<&A::m_account>},
+    {"m_pass", text<&A::m_pass>},
+    {"m_tel", text<&A::m_tel>},
+    {"m_mark", text<&A::m_mark>},
 };
-
-#undef WM_NUMBER
-#undef WM_TEXT
 
 // The members of an account from m_index to m_mark, each followed by a comma. The full
 // list prints m_id before m_max_conn; the blacklist and the single account the other way.
