@@ -7,7 +7,6 @@
 #include <strings.h>
 
 #include "sys/support/line_reader.h"
-#include "sys/support/live_paths.h"
 #include "sys/support/paths.h"
 #include "sys/support/raii.h"
 #include "sys/support/text.h"

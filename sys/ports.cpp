@@ -15,7 +15,6 @@
 
 #include "sys/support/exec.h"
 #include "sys/support/line_reader.h"
-#include "sys/support/live_paths.h"
 #include "sys/support/paths.h"
 #include "sys/support/raii.h"
 #include "sys/support/text.h"

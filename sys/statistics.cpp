@@ -5,7 +5,6 @@
 #include <cstring>
 #include <sys/sysinfo.h>
 
-#include "sys/support/live_paths.h"
 #include "sys/support/paths.h"
 #include "sys/support/raii.h"
 #include "webmgmt.h"

@@ -13,7 +13,6 @@
 #include <fcntl.h>
 
 #include "sys/support/line_reader.h"
-#include "sys/support/live_paths.h"
 #include "sys/support/paths.h"
 #include "sys/support/raii.h"
 #include "sys/support/text.h"
@@ -76,7 +75,7 @@ int show_hosts(bool routed_only) {
     UniqueFd lock_fd(
         ::open(device_path(fixed::kReadUserLock).c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644));
     FileLock lock(lock_fd.get());
-    UniqueFile f(std::fopen(device_path(fixed::kProcMac).c_str(), "r"));
+    UniqueFile f(std::fopen(proc_mac_path().c_str(), "r"));
     if (!f) {
         // On standard error, so that the page's JSON stays whole.
         std::fprintf(stderr, "cannot open %s!\n", fixed::kProcMac);

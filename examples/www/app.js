@@ -67,6 +67,7 @@ const WM = {
     ['templates', 'AP templates', '/templates.html'],
     ['wlan', 'Wireless overview', '/wlan.html'],
     ['clients', 'Clients', '/clients.html'],
+    ['acl', 'Access lists', '/acl.html'],
     ['portforward', 'Port forwarding', '/rules.html?list=portforward'],
     ['ipportfilter', 'IP/port filter', '/rules.html?list=ipportfilter'],
     ['macfilter', 'MAC filter', '/rules.html?list=macfilter'],

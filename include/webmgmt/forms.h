@@ -8,6 +8,7 @@
 #include <stdint.h>
 
 #include "webmgmt/common.h"
+#include "webmgmt/device.h"
 #include "webmgmt/fields.h"
 #include "webmgmt/network.h"
 #include "webmgmt/request.h"
@@ -361,6 +362,45 @@ WEBMGMT_API int save_wifi_repeater_config(wifi_config *record, const form_pair *
 /* "m_enable", "m_start_time", "m_end_time" of m_timeclosectrl; `ignored` is not used: the
  * form fetches the wireless record itself. */
 WEBMGMT_API int save_wifi_timeclose_config(void *ignored, const form_pair *pairs, int count);
+
+/* ===================================================================================== */
+/* Client, access-list and station-mark forms                                            */
+/* ===================================================================================== */
+
+/* Result of save_user_mark() when more than WEBMGMT_STA_MARKS_USABLE - 1 marks are in use. */
+#define WEBMGMT_MARK_TABLE_FULL 2
+
+/* Marks the station `mac` ("AA:BB:CC:DD:EE:FF") with the form's "mark" in entry `index` of
+ * the station-mark table of `clients`, then saves the clients section to flash. 2 (nothing
+ * changed) when 256 entries are already in use, -1 (nothing changed) for an index outside
+ * the table, else 0. */
+WEBMGMT_API int save_user_mark(clients_config *clients, const form_pair *pairs, int count,
+                               int index, const char *mac);
+/* Clears the first mark entry whose MAC, printed in upper case with colons, equals `mac`
+ * exactly (a lower-case text matches nothing), and saves the clients section to flash
+ * whether or not one matched. Returns 0. */
+WEBMGMT_API int del_user_mark(clients_config *clients, const char *mac);
+/* Sets the access-control mode of all three radios and saves the wireless section. 0. */
+WEBMGMT_API int save_wifi_acl_mode_config(int mode);
+/* The access list of radio `radio` (0 to 2): "id", "name", "mac", "status", "mark". Add (op
+ * 0) and modify check the name under the access-list lock, which the form holds around the
+ * check and the store; 10 for a name another entry bears (or a lock file that cannot be
+ * opened), else the store's result, then the wireless section is saved. Deletes (-1 by
+ * "id", -2 all) return 0. -1 for a radio outside 0 to 2. */
+WEBMGMT_API int save_wifi_acl_config(int op, const form_pair *pairs, int count, int radio);
+/* The global access list of the misc-ext section: -1 deletes by "id", 0 adds, any other op
+ * (-2 included: the list has no delete-all) modifies; no name check. The section is saved
+ * after each; the store's result, 0 for a delete. */
+WEBMGMT_API int save_wifi_acl_config_ext(int op, const form_pair *pairs, int count);
+/* Client groups ("m_id", "m_name"): -1 delete by "id", -2 delete all, 0 add, else modify.
+ * The store's result (0 for deletes); the form makes no save call of its own. */
+WEBMGMT_API int save_clients_groups_config(int op, const form_pair *pairs, int count);
+/* Client accounts (the members of client_account, by their names): -1 deletes by "id" and
+ * tells /proc/mac that the "m_haddr" station is unbound, -2 deletes all, 0 adds, else
+ * modifies. After an add or modify the store accepted, a well-formed "m_haddr" is written to
+ * /proc/mac: bound (the MAC alone) when m_is_bindmac is 1, else unbound (the MAC and eleven
+ * dashes). The store's result (0 for deletes). */
+WEBMGMT_API int save_clients_config(int op, const form_pair *pairs, int count);
 
 WEBMGMT_END_DECLS
 #endif /* WEBMGMT_FORMS_H */

@@ -102,5 +102,29 @@ WEBMGMT_API void printf_Ap_cf_json(const ap_device_record *ap, const char *mac);
 WEBMGMT_API void printf_update_online_time_json(const update_config *config);
 WEBMGMT_API void printf_dhcp_check_json(const update_config *config);
 
+/* ===================================================================================== */
+/* Station, client and access-list views                                                 */
+/* ===================================================================================== */
+
+/* The stations of the device's own radios: host names from the DHCP leases, then the
+ * member "mark" once per client account up to the one with the station's MAC (a reader
+ * that keeps the last of repeated keys sees that account's mark, or ""). */
+WEBMGMT_API void printf_WiFi_user_json(const sta_table *stations, int radio,
+                                       const clients_config *clients);
+/* The stations of the managed AP of `aps` (its first device), from its table in `stations`;
+ * online times through get_runtime_web(). The document ends in a placeholder station. */
+WEBMGMT_API void printf_ApUserList_user_json(const manage_ap_list_config *aps,
+                                             const ap_user_config *stations);
+/* Client groups, accounts, the blacklist and one account by MAC; a null table prints the
+ * empty form. The account objects end in a comma before their closing brace. */
+WEBMGMT_API void printf_Clients_Groups_json(const clients_groups_config *groups);
+WEBMGMT_API void printf_Clients_json(const clients_config *clients);
+WEBMGMT_API void printf_Clients_black_json(const clients_config *clients);
+WEBMGMT_API void printf_Client_json(const clients_config *clients, const char *mac);
+/* The access lists of the three radios, or, when `*use_ext` is 1, the global list of `ext`
+ * (null: this process's misc-ext record) shown for every radio; a null flag counts as 0. */
+WEBMGMT_API void printf_WiFi_ACL_json(const wifi_config *wifi, const uint8_t *use_ext,
+                                      const misc_ext_config *ext);
+
 WEBMGMT_END_DECLS
 #endif /* WEBMGMT_VIEWS_H */

@@ -26,4 +26,9 @@ DevicePath device_pathf(const char *format, ...) {
     return device_path(fixed);
 }
 
+DevicePath proc_mac_path() {
+    return device_root()[0] == '\0' ? device_path(fixed::kProcMac)
+                                    : device_path(fixed::kProcMacStandIn);
+}
+
 } // namespace wm

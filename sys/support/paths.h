@@ -26,6 +26,22 @@ inline constexpr char kConfigDefaultsDir[] = "/usr/share/webmgmt/defaults";
 // Firmware images waiting to be installed: the controller's own and the one for its APs.
 inline constexpr char kAcFirmwareImage[] = "/var/upgrade_sw.bin";
 inline constexpr char kApFirmwareImage[] = "/tmp/up_fireware/up.bin";
+// Client accounts and access lists: the kernel's MAC-binding interface (a plain file on
+// hosts), the access-list lock.
+inline constexpr char kProcMac[] = "/proc/mac";
+// Where /proc/mac is written under WEBMGMT_ROOT, whose proc/ is the host's own /proc.
+inline constexpr char kProcMacStandIn[] = "/var/proc_mac";
+inline constexpr char kWifiAclLock[] = "/var/wifi_acl.lock";
+// The live-state readers: interfaces, ARP, leases, statistics.
+inline constexpr char kNetRoute[] = "/proc/net/route";
+inline constexpr char kNetDev[] = "/proc/net/dev";
+inline constexpr char kNetArp[] = "/proc/net/arp";
+inline constexpr char kProcStat[] = "/proc/stat";
+inline constexpr char kReadUserLock[] = "/var/readuserlock";
+inline constexpr char kLeaseFile[] = "/var/udhcpd.leases";
+inline constexpr char kLeasePoolFormat[] = "/var/udhcpd_%s.%d.leases";
+inline constexpr char kLeaseServerPid[] = "/var/run/udhcpd.pid";
+inline constexpr char kLldpdConf[] = "/etc/lldpd.conf";
 } // namespace fixed
 
 inline constexpr size_t kPathSize = 512;
@@ -42,4 +58,15 @@ DevicePath device_pathf(const char *format, ...) __attribute__((format(printf, 1
 // The directory fixed paths are placed under: "" on the device.
 const char *device_root();
 
+// /proc/mac, the kernel's MAC-binding interface: on the device the kernel's file; under
+// WEBMGMT_ROOT a plain file beside the tree's other state, since the tree's proc/ is the
+// host's own /proc.
+DevicePath proc_mac_path();
+
+// The short command name of the DHCP server, as /proc/<pid>/stat shows it.
+inline constexpr char kLeaseServerName[] = "udhcpd";
+
+// True when `pid` is a running process whose command name is `name` (read from
+// /proc/<pid>/stat): signals go only to the process a pid file is meant to name.
+bool process_is(int pid, const char *name);
 } // namespace wm
