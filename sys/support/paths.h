@@ -23,6 +23,12 @@ inline constexpr char kConntrackMax[] = "/proc/sys/net/netfilter/nf_conntrack_ma
 inline constexpr char kConfigMemoryDir[] = "/var/config";
 inline constexpr char kConfigFlashDir[] = "/etc/config_flash";
 inline constexpr char kConfigDefaultsDir[] = "/usr/share/webmgmt/defaults";
+// Bridges, IPv6 addresses and routes as the kernel lists them, and the resolver file that
+// the network daemon writes for the upstream name servers.
+inline constexpr char kSysClassNet[] = "/sys/class/net";
+inline constexpr char kIfInet6[] = "/proc/net/if_inet6";
+inline constexpr char kIpv6Route[] = "/proc/net/ipv6_route";
+inline constexpr char kResolvAuto[] = "/tmp/resolv.conf.auto";
 } // namespace fixed
 
 inline constexpr size_t kPathSize = 512;
