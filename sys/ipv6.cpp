@@ -35,7 +35,7 @@ int split(std::string_view line, std::string_view (&fields)[kMaxFields]) {
         while (end < line.size() && line[end] != ' ' && line[end] != '\t')
             ++end;
         if (n == kMaxFields) return -1;
-        fields[n++] = line.substr(at, end - at);
+        fields[n++] = std::string_view(line.data() + at, end - at);
         at = end;
     }
     return n;
