@@ -109,6 +109,18 @@ bool parse_route_line(std::string_view line, ipv6_route_entry &e) {
     return true;
 }
 
+// The kernel's placeholder for "no route" that it lists at the end of every table walk: a
+// rejecting default route on lo of the highest metric. It is no route of the system's.
+constexpr uint32_t kRtfReject = 0x0200;
+bool null_entry(const ipv6_route_entry &e) {
+    return (e.flags & kRtfReject) && e.metric == UINT32_MAX && e.prefix_len == 0 &&
+           std::strcmp(e.device, "lo") == 0;
+}
+
+bool parse_real_route(std::string_view line, ipv6_route_entry &e) {
+    return parse_route_line(line, e) && !null_entry(e);
+}
+
 // Calls `use` with every well-formed line of `fixed` parsed by `parse`, until it returns
 // false.
 template <typename Entry, typename Parse, typename Use>
@@ -189,7 +201,7 @@ int ipv6_route_get(const char *ifname, ipv6_route_entry *routes, int capacity) {
     int n = 0;
     if (!routes || capacity <= 0) return 0;
     bool every = !ifname || !*ifname;
-    scan<ipv6_route_entry>(fixed::kIpv6Route, parse_route_line, [&](const ipv6_route_entry &e) {
+    scan<ipv6_route_entry>(fixed::kIpv6Route, parse_real_route, [&](const ipv6_route_entry &e) {
         if (!every && !same_name(ifname, e.device)) return true;
         routes[n++] = e;
         return n < capacity;
@@ -201,7 +213,7 @@ int ipv6_default_gateway(const char *ifname, char *out, size_t size) {
     put_text(out, size, "");
     bool found = false;
     // As the IPv4 look-up, the last match wins.
-    scan<ipv6_route_entry>(fixed::kIpv6Route, parse_route_line, [&](const ipv6_route_entry &e) {
+    scan<ipv6_route_entry>(fixed::kIpv6Route, parse_real_route, [&](const ipv6_route_entry &e) {
         if (e.prefix_len == 0 && std::strcmp(e.destination, "::") == 0 &&
             same_name(ifname, e.device)) {
             put_text(out, size, e.next_hop);
