@@ -103,11 +103,6 @@ void FormVars::ipv4(const char *name, ipaddr_field &member) const {
     if (get_prop_n(name, value, pairs_, count_, sizeof value)) member.v4 = ::inet_addr(value);
 }
 
-bool FormVars::has(const char *name) const {
-    char probe[2];
-    return get_prop_n(name, probe, pairs_, count_, sizeof probe) != nullptr;
-}
-
 void apply_radios(const FormVars &v, defap_radio (&radios)[WEBMGMT_AP_RADIOS]) {
     for (int r = 0; r < WEBMGMT_AP_RADIOS; ++r)
         apply_radio(v, radios[r], r);

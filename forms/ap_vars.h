@@ -24,8 +24,6 @@ class FormVars {
     }
     // A dotted IPv4 address into the address member's IPv4 word.
     void ipv4(const char *name, ipaddr_field &member) const;
-    // Whether the variable was sent.
-    bool has(const char *name) const;
 
   private:
     void text(const char *name, char *member, size_t size) const;
