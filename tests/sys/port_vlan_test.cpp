@@ -32,14 +32,32 @@ const Case kCases[] = {
      nullptr,
      0,
      "[dev][switch0][port][1][set][pvid][10]\n"
-     "[dev][switch0][vlan][10][set][ports][1 0t]\n"
      "[dev][switch0][port][4][set][pvid][4094]\n"
+     "[dev][switch0][vlan][10][set][ports][1 0t]\n"
      "[dev][switch0][vlan][4094][set][ports][4 0t]\n"
      "[dev][switch0][set][apply]\n",
      "swconfig dev switch0 port 1 set pvid 10\n"
-     "swconfig dev switch0 vlan 10 set ports \"1 0t\"\n"
      "swconfig dev switch0 port 4 set pvid 4094\n"
+     "swconfig dev switch0 vlan 10 set ports \"1 0t\"\n"
      "swconfig dev switch0 vlan 4094 set ports \"4 0t\"\n"
+     "swconfig dev switch0 set apply\n"},
+    {"ports sharing a VLAN are its members together",
+     {{1, 1, 1, 10}, {1, 1, 2, 10}, {1, 1, 3, 20}, {1, 1, 4, 10}},
+     nullptr,
+     0,
+     "[dev][switch0][port][1][set][pvid][10]\n"
+     "[dev][switch0][port][2][set][pvid][10]\n"
+     "[dev][switch0][port][3][set][pvid][20]\n"
+     "[dev][switch0][port][4][set][pvid][10]\n"
+     "[dev][switch0][vlan][10][set][ports][1 2 4 0t]\n"
+     "[dev][switch0][vlan][20][set][ports][3 0t]\n"
+     "[dev][switch0][set][apply]\n",
+     "swconfig dev switch0 port 1 set pvid 10\n"
+     "swconfig dev switch0 port 2 set pvid 10\n"
+     "swconfig dev switch0 port 3 set pvid 20\n"
+     "swconfig dev switch0 port 4 set pvid 10\n"
+     "swconfig dev switch0 vlan 10 set ports \"1 2 4 0t\"\n"
+     "swconfig dev switch0 vlan 20 set ports \"3 0t\"\n"
      "swconfig dev switch0 set apply\n"},
     {"no port exists: the switch is still applied",
      {{0, 1, 1, 10}, {0, 1, 2, 20}, {0, 0, 0, 0}, {0, 0, 0, 0}},
@@ -62,13 +80,13 @@ const Case kCases[] = {
      "pvid",
      -1,
      "[dev][switch0][port][1][set][pvid][10]\n"
-     "[dev][switch0][vlan][10][set][ports][1 0t]\n"
      "[dev][switch0][port][2][set][pvid][20]\n"
+     "[dev][switch0][vlan][10][set][ports][1 0t]\n"
      "[dev][switch0][vlan][20][set][ports][2 0t]\n"
      "[dev][switch0][set][apply]\n",
      "swconfig dev switch0 port 1 set pvid 10\n"
-     "swconfig dev switch0 vlan 10 set ports \"1 0t\"\n"
      "swconfig dev switch0 port 2 set pvid 20\n"
+     "swconfig dev switch0 vlan 10 set ports \"1 0t\"\n"
      "swconfig dev switch0 vlan 20 set ports \"2 0t\"\n"
      "swconfig dev switch0 set apply\n"},
     {"the apply fails",
