@@ -148,3 +148,23 @@ TEST_F(Ipv6Files, NameServers) {
 }
 
 } // namespace
+
+namespace {
+
+// The bridge reader goes through the fixed-path module too: under WEBMGMT_ROOT it lists the
+// private tree's entries.
+TEST(BridgeUnderRoot, ListsThePrivateTreesEntries) {
+    wmtest::TempRoot root;
+    for (const char *d :
+         {"/sys", "/sys/class", "/sys/class/net", "/sys/class/net/br-lan",
+          "/sys/class/net/br-lan/brif", "/sys/class/net/br-lan/brif/eth0.1", "/sys/class/net/eth0"})
+        ASSERT_EQ(mkdir(root.path(d).c_str(), 0755), 0) << d;
+    char list[32];
+    EXPECT_EQ(get_bridge_brif_list("br-lan", list, sizeof list), 1);
+    EXPECT_STREQ(list, "eth0.1");
+    EXPECT_EQ(get_bridge_brif_list("eth0", list, sizeof list), -1);
+    EXPECT_STREQ(list, "");
+    EXPECT_EQ(get_bridge_brif_list("br-lan", nullptr, 0), 1);
+}
+
+} // namespace
