@@ -63,13 +63,15 @@ WEBMGMT_STATIC_ASSERT(offsetof(ap_radio, m_stanum) == 32, "ap_radio layout");
 WEBMGMT_STATIC_ASSERT(offsetof(ap_radio, m_vap) == 40, "ap_radio layout");
 
 /* The wireless configuration of one AP: its radios, reboot schedule, web login and IPTV
- * settings (get_ap_conf_by_mac6() returns this block). */
+ * settings (get_ap_conf_by_mac6() returns this block). `m_dev_position`, where the AP is
+ * installed, takes the last 64 bytes of what was reserved room. */
 #define WEBMGMT_AP_CONFIG_BODY_MEMBERS(X)                                                          \
     X(0, ap_radio, m_radio, [WEBMGMT_AP_RADIOS])                                                   \
     X(0, timereboot_config, m_timereboot, )                                                        \
     X(0, defap_weblogin, m_weblogin, )                                                             \
     X(0, defap_iptv, m_iptv, )                                                                     \
-    X(5, char, resved, [500])                                                                      \
+    X(5, char, resved, [436])                                                                      \
+    X(4, char, m_dev_position, [64])                                                               \
     X(0, uint8_t, pad_end, [4])
 typedef struct ap_config_body {
     WEBMGMT_AP_CONFIG_BODY_MEMBERS(WEBMGMT_DECLARE_MEMBER)
@@ -77,6 +79,7 @@ typedef struct ap_config_body {
 WEBMGMT_STATIC_ASSERT(sizeof(ap_config_body) == 4160, "ap_config_body layout");
 WEBMGMT_STATIC_ASSERT(offsetof(ap_config_body, m_timereboot) == 3576, "ap_config_body layout");
 WEBMGMT_STATIC_ASSERT(offsetof(ap_config_body, m_iptv) == 3648, "ap_config_body layout");
+WEBMGMT_STATIC_ASSERT(offsetof(ap_config_body, m_dev_position) == 4092, "ap_config_body layout");
 
 /* One managed device. `m_ip` is its IPv4 address in network order (the views print it as
  * a number and dotted); `m_id` of 0 or less means not registered; `m_group_name` is the

@@ -402,5 +402,34 @@ WEBMGMT_API int save_clients_groups_config(int op, const form_pair *pairs, int c
  * dashes). The store's result (0 for deletes). */
 WEBMGMT_API int save_clients_config(int op, const form_pair *pairs, int count);
 
+/* --- AP-template and managed-AP forms ----------------------------------------------------
+ * Radio and VAP variables are named as in the device's own all-radio wireless form: the
+ * member with the radio index ("m_channel1"), VAP members with the radio and the VAP index
+ * ("m_ssid12"). The device blocks use their dotted names ("m_timereboot.m_TimeReboot_Hour",
+ * "m_weblogin.m_enable", "m_iptv.m_vlanid"). Texts are cut at their members' sizes.
+ * The default template's forms, one per panel, return the save's result. */
+WEBMGMT_API int save_defap_radio_config(defap_config *record, const form_pair *pairs, int count);
+WEBMGMT_API int save_defap_timereboot_config(defap_config *record, const form_pair *pairs,
+                                             int count);
+WEBMGMT_API int save_defap_weblogin_config(defap_config *record, const form_pair *pairs, int count);
+WEBMGMT_API int save_defap_iptv_config(defap_config *record, const form_pair *pairs, int count);
+/* The template list: op -1 deletes the template "m_wlan_group_id", -2 deletes all (both
+ * return 0); op 0 adds a template made from the default template and the request; any other
+ * op modifies the template "m_wlan_group_id". WEBMGMT_FORM_DUPLICATE when another template
+ * bears the name (nothing stored), -1 for an unknown id or a full list, else the store's
+ * result. */
+WEBMGMT_API int save_apTemplate_config_element(ap_template_list_config *list, int op,
+                                               const form_pair *pairs, int count);
+/* Op 0 binds the AP "m_dev_mac" to the template "m_wlan_group_id" (the AP takes the
+ * template's name as its group and its radios and blocks as its configuration), op -1
+ * unbinds it. 0, or -1 when the AP or the template is not found. */
+WEBMGMT_API int save_ap_template_bind(manage_ap_list_config *aps, ap_template_list_config *list,
+                                      int op, const form_pair *pairs, int count);
+/* The settings of the AP "m_dev_mac": "m_dev_name", "m_group_name", "m_dev_position",
+ * "m_TimeRebootEnable", "m_RebootTime" and the "m_timereboot.*" block of its configuration;
+ * and its radios and VAPs. The save's result, or -1 when no AP has that MAC. */
+WEBMGMT_API int save_ap_config(manage_ap_list_config *aps, const form_pair *pairs, int count);
+WEBMGMT_API int save_ap_radio_config(manage_ap_list_config *aps, const form_pair *pairs, int count);
+
 WEBMGMT_END_DECLS
 #endif /* WEBMGMT_FORMS_H */

@@ -11,6 +11,7 @@
 #include <stdint.h>
 
 #include "webmgmt/common.h"
+#include "webmgmt/network.h"
 #include "webmgmt/record_types.h"
 
 WEBMGMT_BEGIN_DECLS
@@ -338,6 +339,58 @@ WEBMGMT_API int get_cmd_res(const char *command, char *buffer, int size);
  * station including those without one. The number of hosts printed, or -1. */
 WEBMGMT_API int showuser_statistic(void);
 WEBMGMT_API int showlayer2user_statistic(void);
+
+/* ===================================================================================== */
+/* Bridge members, LAN port VLANs and IPv6 state                                         */
+/* ===================================================================================== */
+
+/* Room for an IPv6 address as text (inet_ntop needs 46 bytes with its terminator). */
+#define WEBMGMT_IPV6_TEXT 48
+
+/* One IPv6 address of an interface, as /proc/net/if_inet6 lists it. `scope` is the
+ * kernel's scope code (0 global, 0x10 host, 0x20 link); `flags` its address flags. */
+typedef struct ipv6_addr_entry {
+    char address[WEBMGMT_IPV6_TEXT];
+    int32_t prefix_len;
+    int32_t scope;
+    uint32_t flags;
+} ipv6_addr_entry;
+WEBMGMT_STATIC_ASSERT(sizeof(ipv6_addr_entry) == 60, "ipv6_addr_entry layout");
+
+/* One IPv6 route, as /proc/net/ipv6_route lists it: destination and prefix length, next
+ * hop ("::" for a route on the link), metric, route flags (RTF_*), device. */
+typedef struct ipv6_route_entry {
+    char destination[WEBMGMT_IPV6_TEXT];
+    int32_t prefix_len;
+    char next_hop[WEBMGMT_IPV6_TEXT];
+    uint32_t metric;
+    uint32_t flags;
+    char device[16];
+} ipv6_route_entry;
+WEBMGMT_STATIC_ASSERT(sizeof(ipv6_route_entry) == 124, "ipv6_route_entry layout");
+WEBMGMT_STATIC_ASSERT(offsetof(ipv6_route_entry, next_hop) == 52, "ipv6_route_entry layout");
+
+/* The member interfaces of `bridge` (from /sys/class/net/<bridge>/brif), joined by single
+ * spaces and cut at `size`; the number of members, or -1 when there is no such bridge or
+ * the name is not an interface name. `out` may be null when `size` is 0. */
+WEBMGMT_API int get_bridge_brif_list(const char *bridge, char *out, size_t size);
+WEBMGMT_API int get_bridge_brif_count(const char *bridge);
+/* Applies the VLAN of every LAN port that exists and supports VLANs to switch0 with
+ * swconfig, then applies the switch; 0 when every run exited 0, else -1. */
+WEBMGMT_API int ConfigLanPortVLAN(const lan_config *lan);
+/* The first address of `ifname` with scope `scope`, as compressed text, and its prefix
+ * length (when `prefix` is not null); 0, or -1 when there is none. */
+WEBMGMT_API int getIfIPV6(const char *ifname, int scope, char *out, size_t size, int *prefix);
+/* Every address of `ifname`, at most `capacity`; the number written. */
+WEBMGMT_API int getIfIPV6_list(const char *ifname, ipv6_addr_entry *list, int capacity);
+/* The routes of `ifname` (of every device for a null or empty name), at most `capacity`;
+ * the number written. */
+WEBMGMT_API int ipv6_route_get(const char *ifname, ipv6_route_entry *routes, int capacity);
+/* The next hop of the last default route of `ifname`; 0, or -1 when it has none. */
+WEBMGMT_API int ipv6_default_gateway(const char *ifname, char *out, size_t size);
+/* The first two IPv6 name servers of /tmp/resolv.conf.auto, each cut at `size` (either
+ * buffer may be null); the number found, 0 to 2. */
+WEBMGMT_API int resolv_ipv6_nameserver(char *dns1, char *dns2, size_t size);
 
 WEBMGMT_END_DECLS
 #endif /* WEBMGMT_PROBES_H */

@@ -42,6 +42,12 @@ inline constexpr char kLeaseFile[] = "/var/udhcpd.leases";
 inline constexpr char kLeasePoolFormat[] = "/var/udhcpd_%s.%d.leases";
 inline constexpr char kLeaseServerPid[] = "/var/run/udhcpd.pid";
 inline constexpr char kLldpdConf[] = "/etc/lldpd.conf";
+// Bridges, IPv6 addresses and routes as the kernel lists them, and the resolver file that
+// the network daemon writes for the upstream name servers.
+inline constexpr char kSysClassNet[] = "/sys/class/net";
+inline constexpr char kIfInet6[] = "/proc/net/if_inet6";
+inline constexpr char kIpv6Route[] = "/proc/net/ipv6_route";
+inline constexpr char kResolvAuto[] = "/tmp/resolv.conf.auto";
 } // namespace fixed
 
 inline constexpr size_t kPathSize = 512;

@@ -1,0 +1,123 @@
+// Driving the AP-template and managed-AP forms as a CGI program does: each request runs in
+// its own process with a real POST body decoded by process_queue, takes its records from the
+// configuration store and reports the form's result; what was stored is read back in a
+// fresh process.
+#pragma once
+
+#include <arpa/inet.h>
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "store/config_data_api.h"
+#include "support/harness.h"
+
+namespace aptest {
+
+// The managed AP the tests seed the store with.
+inline constexpr char kApMac[] = "00:11:22:33:44:55";
+
+// The store's records of one process.
+struct Records {
+    defap_config *def;
+    ap_template_list_config *list;
+    manage_ap_list_config *aps;
+};
+
+inline Records fetch() {
+    return {SC_Get_DefApTemplate_System_Config(), SC_Get_ApTemplateList_System_Config(),
+            SC_Get_ManageApList_System_Config()};
+}
+
+using Form = std::function<int(Records &, const form_pair *, int)>;
+
+// "%XX" for everything but letters, digits and "-._".
+inline std::string encode(const std::string &s) {
+    std::string out;
+    for (unsigned char c : s) {
+        if (std::isalnum(c) || c == '-' || c == '.' || c == '_') {
+            out += char(c);
+        } else {
+            char hex[4];
+            std::snprintf(hex, sizeof hex, "%%%02X", c);
+            out += hex;
+        }
+    }
+    return out;
+}
+
+inline std::string body_of(const std::vector<std::pair<std::string, std::string>> &vars) {
+    std::string body;
+    for (const auto &[name, value] : vars)
+        body += (body.empty() ? "" : "&") + encode(name) + "=" + encode(value);
+    return body;
+}
+
+// One request: the form's result.
+inline int request(const std::string &body, const Form &form) {
+    auto r = wmtest::run_in_child(
+        [&] {
+            setenv("REQUEST_METHOD", "POST", 1);
+            setenv("CONTENT_TYPE", "application/x-www-form-urlencoded", 1);
+            setenv("CONTENT_LENGTH", std::to_string(body.size()).c_str(), 1);
+            static form_pair pairs[WEBMGMT_FORM_PAIRS];
+            int n = process_queue(pairs);
+            Records rec = fetch();
+            std::printf("\nrc=%d", form(rec, pairs, n));
+            return 0;
+        },
+        body);
+    size_t at = r.out.rfind("\nrc=");
+    EXPECT_EQ(r.exit_code(), 0) << r.err;
+    return at == std::string::npos ? -999 : std::atoi(r.out.c_str() + at + 4);
+}
+
+// What a fresh process reads back, printed by `print`.
+inline std::string stored(const std::function<std::string(const Records &)> &print) {
+    auto r = wmtest::run_in_child([&] {
+        std::string s = print(fetch());
+        std::fwrite(s.data(), 1, s.size(), stdout);
+        return 0;
+    });
+    return r.out;
+}
+
+// Puts one managed AP in the store, as the controller registers it.
+inline void seed_ap() {
+    auto r = wmtest::run_in_child([] {
+        manage_ap_list_config *aps = SC_Get_ManageApList_System_Config();
+        aps->count = 1;
+        ap_device_record &ap = aps->m_ap[0];
+        ap.m_id = 1;
+        str2mac(kApMac, ap.m_dev_mac.mac);
+        std::snprintf(ap.m_dev_name, sizeof ap.m_dev_name, "%s", "ap-first");
+        ap.m_conf.m_radio[0].m_channel_config = 11; // what the AP chose
+        ap.m_conf.m_radio[0].m_stanum = 3;
+        return SC_Save_System_ManageApList_Config2Flash(aps);
+    });
+    ASSERT_EQ(r.exit_code(), 0);
+}
+
+template <size_t N> std::string text(const char (&m)[N]) {
+    return std::string(m, strnlen(m, N));
+}
+
+inline std::string mac_text(const mac_field &m) {
+    char t[18];
+    std::snprintf(t, sizeof t, "%02x:%02x:%02x:%02x:%02x:%02x", m.mac[0], m.mac[1], m.mac[2],
+                  m.mac[3], m.mac[4], m.mac[5]);
+    return t;
+}
+
+inline const ap_template_entry *find_named(const ap_template_list_config &l, const char *name) {
+    for (const auto &t : l.m_template)
+        if (t.m_wlan_group_id > 0 && text(t.m_wlan_group_name) == name) return &t;
+    return nullptr;
+}
+
+} // namespace aptest
