@@ -31,16 +31,22 @@ DevicePath section_file(const char *dir, const char *name, const char *suffix) {
     return device_pathf("%s/%s%s", dir, name, suffix);
 }
 
-// mkdir -p of the directory that holds `path`.
+// mkdir -p of the directory that holds `path`. The directory itself is tried first: it
+// usually exists, and then one call is all it costs.
 void make_parent_dirs(const char *path) {
     char dir[kPathSize];
     copy_bounded(dir, path);
+    char *last = std::strrchr(dir, '/');
+    if (!last || last == dir) return;
+    *last = '\0';
+    if (::mkdir(dir, 0755) == 0 || errno != ENOENT) return;
     for (char *p = dir + 1; *p; ++p) {
         if (*p != '/') continue;
         *p = '\0';
         ::mkdir(dir, 0755);
         *p = '/';
     }
+    ::mkdir(dir, 0755);
 }
 
 enum class ReadResult { kOk, kMissing, kRefused };
@@ -69,11 +75,13 @@ ReadResult read_exact(const char *path, void *out, uint32_t size) {
     return ReadResult::kOk;
 }
 
-bool write_copy(const char *path, const void *record, uint32_t size) {
+// The memory copy lives in RAM on the device: flushing it to a disk buys nothing, so only
+// the flash copy is synced. Both are replaced in one step.
+bool write_copy(const char *path, const void *record, uint32_t size, bool durable) {
     make_parent_dirs(path);
     AtomicFile f(path, "wb");
     if (!f || std::fwrite(record, 1, size, f.get()) != size) return false;
-    return f.commit();
+    return f.commit(durable);
 }
 
 // Every record starts with the version bytes and then the lock-file path.
@@ -93,20 +101,27 @@ void set_lock_file(const Section &s, void *record) {
         copy_bounded(head->lock_file, lock.c_str());
 }
 
+enum class Source { kMemory, kFlash, kDefaults };
+
 // The stored section: the memory copy, else the flash copy, else the factory defaults.
-void load_current(SectionId id, void *record) {
+Source load_current(SectionId id, void *record) {
     const Section &s = section(id);
     DevicePath memory = section_file(fixed::kConfigMemoryDir, s.name, ".bin");
     DevicePath flash = section_file(fixed::kConfigFlashDir, s.name, ".bin");
-    if (read_exact(memory.c_str(), record, s.size) != ReadResult::kOk &&
-        read_exact(flash.c_str(), record, s.size) != ReadResult::kOk) {
-        std::memset(record, 0, s.size);
-        load_defaults(s, record);
-        auto *head = static_cast<Head *>(record);
-        head->main_version = kMainVersion;
-        head->sub_version = kSubVersion;
+    Source source = Source::kMemory;
+    if (read_exact(memory.c_str(), record, s.size) != ReadResult::kOk) {
+        source = Source::kFlash;
+        if (read_exact(flash.c_str(), record, s.size) != ReadResult::kOk) {
+            source = Source::kDefaults;
+            std::memset(record, 0, s.size);
+            load_defaults(s, record);
+            auto *head = static_cast<Head *>(record);
+            head->main_version = kMainVersion;
+            head->sub_version = kSubVersion;
+        }
     }
     set_lock_file(s, record);
+    return source;
 }
 
 bool same_list(const ListDesc &l, const uint8_t *a, const uint8_t *b) {
@@ -125,6 +140,21 @@ Cached *current_cache(SectionId id) {
     return cache_is_current(c) ? &c : nullptr;
 }
 
+int open_store_lock(const Section &s);
+
+// Writes the memory copy of a section this process built from its defaults, under the
+// store's lock and only while neither copy exists: a save made meanwhile is never replaced.
+void store_built(SectionId id, const void *record) {
+    const Section &s = section(id);
+    UniqueFd fd(open_store_lock(s));
+    FileLock lock(fd.get(), true);
+    if (!lock.locked()) return;
+    DevicePath memory = section_file(fixed::kConfigMemoryDir, s.name, ".bin");
+    DevicePath flash = section_file(fixed::kConfigFlashDir, s.name, ".bin");
+    if (::access(memory.c_str(), F_OK) == 0 || ::access(flash.c_str(), F_OK) == 0) return;
+    write_copy(memory.c_str(), record, s.size, false);
+}
+
 Cached *load_cache(SectionId id) {
     Cached &c = g_cache[id];
     if (cache_is_current(c)) return &c;
@@ -139,9 +169,14 @@ Cached *load_cache(SectionId id) {
             return nullptr;
         }
     }
-    // The forms create the lock files in the memory directory: it must exist.
-    make_parent_dirs(section_file(fixed::kConfigMemoryDir, s.name, ".lock").c_str());
-    load_current(id, c.record);
+    Source source = load_current(id, c.record);
+    // The forms create the lock files in the memory directory: it must exist (it does when
+    // the memory copy was read from it). A section built from its defaults is stored there,
+    // so that the next process reads it instead of building it again.
+    if (source == Source::kDefaults)
+        store_built(id, c.record);
+    else if (source == Source::kFlash)
+        make_parent_dirs(section_file(fixed::kConfigMemoryDir, s.name, ".lock").c_str());
     std::memcpy(c.seen, c.record, s.size);
     c.pid = ::getpid();
     copy_bounded(c.root, device_root());
@@ -177,10 +212,10 @@ int Transaction::commit(bool flash) {
     const Section &s = section(id_);
     if (!ok()) return CONFIG_ERR_IO;
     DevicePath memory = section_file(fixed::kConfigMemoryDir, s.name, ".bin");
-    if (!write_copy(memory.c_str(), record_.get(), s.size)) return CONFIG_ERR_IO;
+    if (!write_copy(memory.c_str(), record_.get(), s.size, false)) return CONFIG_ERR_IO;
     if (flash) {
         DevicePath copy = section_file(fixed::kConfigFlashDir, s.name, ".bin");
-        if (!write_copy(copy.c_str(), record_.get(), s.size)) return CONFIG_ERR_IO;
+        if (!write_copy(copy.c_str(), record_.get(), s.size, true)) return CONFIG_ERR_IO;
     }
     return CONFIG_OK;
 }
