@@ -77,7 +77,7 @@ void ipv4(const char *key, const ipaddr_field &address, Sep sep = Sep::Comma);
 // Raw text and single characters between members, into the same stream.
 void raw(std::string_view text);
 inline void raw(char c) {
-    std::putc(c, stdout);
+    putc_unlocked(c, stdout);
 }
 
 // The `"element":[` list of a fixed table: every slot, whatever the list's count says.
