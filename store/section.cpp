@@ -27,8 +27,15 @@ struct Cached {
 };
 constinit Cached g_cache[kSectionCount] = {};
 
+// "<dir>/<name><suffix>" under the device root, joined without a formatted print.
 DevicePath section_file(const char *dir, const char *name, const char *suffix) {
-    return device_pathf("%s/%s%s", dir, name, suffix);
+    char fixed[kPathSize] = {};
+    std::span<char> room(fixed);
+    size_t n = copy_bounded(room, dir);
+    n += copy_bounded(room.subspan(n), "/");
+    n += copy_bounded(room.subspan(n), name);
+    copy_bounded(room.subspan(n), suffix);
+    return device_path(fixed);
 }
 
 // mkdir -p of the directory that holds `path`. The directory itself is tried first: it
