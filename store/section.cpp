@@ -58,8 +58,22 @@ void make_parent_dirs(const char *path) {
 
 enum class ReadResult { kOk, kMissing, kRefused };
 
+// Reads `size` bytes from `fd` at `offset` 0 into `out`; false when the file ends early.
+bool read_all_at(int fd, uint8_t *out, uint32_t size) {
+    uint32_t got = 0;
+    while (got < size) {
+        ssize_t n = ::pread(fd, out + got, size - got, off_t(got));
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) return false;
+        got += uint32_t(n);
+    }
+    return true;
+}
+
 // Reads exactly `size` bytes; a file of any other size is refused, never read past its end.
-ReadResult read_exact(const char *path, void *out, uint32_t size) {
+// `second`, when given, gets the same bytes from the same open file (a file is only ever
+// replaced, never rewritten in place), read by the kernel rather than copied here.
+ReadResult read_exact(const char *path, void *out, uint32_t size, void *second = nullptr) {
     UniqueFd fd(::open(path, O_RDONLY | O_CLOEXEC));
     if (!fd) return ReadResult::kMissing;
     struct stat st {};
@@ -68,16 +82,10 @@ ReadResult read_exact(const char *path, void *out, uint32_t size) {
                      path, static_cast<long long>(st.st_size), size);
         return ReadResult::kRefused;
     }
-    auto *p = static_cast<uint8_t *>(out);
-    uint32_t got = 0;
-    while (got < size) {
-        ssize_t n = ::read(fd.get(), p + got, size - got);
-        if (n < 0 && errno == EINTR) continue;
-        if (n <= 0) {
-            std::fprintf(stderr, "config_data_api: %s ended early; ignored\n", path);
-            return ReadResult::kRefused;
-        }
-        got += uint32_t(n);
+    if (!read_all_at(fd.get(), static_cast<uint8_t *>(out), size) ||
+        (second && !read_all_at(fd.get(), static_cast<uint8_t *>(second), size))) {
+        std::fprintf(stderr, "config_data_api: %s ended early; ignored\n", path);
+        return ReadResult::kRefused;
     }
     return ReadResult::kOk;
 }
@@ -111,14 +119,15 @@ void set_lock_file(const Section &s, void *record) {
 enum class Source { kMemory, kFlash, kDefaults };
 
 // The stored section: the memory copy, else the flash copy, else the factory defaults.
-Source load_current(SectionId id, void *record) {
+// `second`, when given, gets a copy of what a stored copy held (not of the defaults).
+Source load_current(SectionId id, void *record, void *second = nullptr) {
     const Section &s = section(id);
     DevicePath memory = section_file(fixed::kConfigMemoryDir, s.name, ".bin");
     DevicePath flash = section_file(fixed::kConfigFlashDir, s.name, ".bin");
     Source source = Source::kMemory;
-    if (read_exact(memory.c_str(), record, s.size) != ReadResult::kOk) {
+    if (read_exact(memory.c_str(), record, s.size, second) != ReadResult::kOk) {
         source = Source::kFlash;
-        if (read_exact(flash.c_str(), record, s.size) != ReadResult::kOk) {
+        if (read_exact(flash.c_str(), record, s.size, second) != ReadResult::kOk) {
             source = Source::kDefaults;
             std::memset(record, 0, s.size);
             load_defaults(s, record);
@@ -176,7 +185,11 @@ Cached *load_cache(SectionId id) {
             return nullptr;
         }
     }
-    Source source = load_current(id, c.record);
+    Source source = load_current(id, c.record, c.seen);
+    if (source == Source::kDefaults)
+        std::memcpy(c.seen, c.record, s.size);
+    else
+        set_lock_file(s, c.seen);
     // The forms create the lock files in the memory directory: it must exist (it does when
     // the memory copy was read from it). A section built from its defaults is stored there,
     // so that the next process reads it instead of building it again.
@@ -184,7 +197,6 @@ Cached *load_cache(SectionId id) {
         store_built(id, c.record);
     else if (source == Source::kFlash)
         make_parent_dirs(section_file(fixed::kConfigMemoryDir, s.name, ".lock").c_str());
-    std::memcpy(c.seen, c.record, s.size);
     c.pid = ::getpid();
     copy_bounded(c.root, device_root());
     return &c;
