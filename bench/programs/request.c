@@ -4,6 +4,7 @@
  *   misc    the session check, the body decoded, the misc section printed as JSON
  *   qos     the same with the QoS list
  *   wifi    the wireless section fetched from the store, nothing printed
+ *   (as a CGI program named ...-misc.cgi: misc)
  *   prepare stores the misc, QoS and wireless sections (so that the requests read stored
  *           copies)
  */
@@ -47,6 +48,8 @@ static int checked_view(int qos) {
 
 int main(int argc, char **argv) {
     const char *mode = argc > 1 ? argv[1] : "";
+    /* Run by a web server (no argument): the mode is in the program's name, "...-misc.cgi". */
+    if (argc < 2 && strstr(argv[0], "misc.cgi")) mode = "misc";
     if (strcmp(mode, "decode") == 0) return decode() < 0;
     if (strcmp(mode, "misc") == 0) return checked_view(0);
     if (strcmp(mode, "qos") == 0) return checked_view(1);
