@@ -13,7 +13,7 @@ namespace {
 
 // Makes the heap copies of one decoded pair; on failure the entry is left as it was and
 // is used by the next pair.
-bool store_pair(form_pair &entry, const char *name, const char *value) {
+bool store_pair(form_pair &entry, std::string_view name, std::string_view value) {
     char *name_copy = heap_copy(name);
     if (!name_copy) return false;
     char *value_copy = heap_copy(value);
@@ -32,8 +32,8 @@ int decode_pairs(const char *text, PairText kind, form_pair *pairs, int count, i
     if (!pairs || count >= capacity) return count;
     char name[kFormNameBuffer];
     char value[kFormValueBuffer];
-    for_each_pair(text, kind, name, value, [&] {
-        if (store_pair(pairs[count], name, value)) ++count;
+    for_each_pair(text, kind, name, value, [&](size_t name_length, size_t value_length) {
+        if (store_pair(pairs[count], {name, name_length}, {value, value_length})) ++count;
         return count < capacity;
     });
     return count;
@@ -76,7 +76,7 @@ int get_content_from_querystring(const char *name, char *out) {
     char name_buf[wm::kQueryLookupBuffer];
     char value_buf[wm::kQueryLookupBuffer];
     int result = -1;
-    wm::for_each_pair(query, wm::PairText::query, name_buf, value_buf, [&] {
+    wm::for_each_pair(query, wm::PairText::query, name_buf, value_buf, [&](size_t, size_t) {
         if (strcasecmp(name_buf, name) != 0) return true;
         std::strcpy(out, value_buf);
         result = 0;

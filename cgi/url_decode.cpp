@@ -34,20 +34,37 @@ RawPair split_pair(const char *pos) {
     return {{pos, size_t(eq - pos)}, {value, size_t(amp - value)}, amp + 1};
 }
 
-void decode_component(std::string_view raw, std::span<char> out) {
-    if (out.empty()) return;
+size_t decode_component(std::string_view raw, std::span<char> out) {
+    if (out.empty()) return 0;
+    char *__restrict dst = out.data();
+    const char *__restrict src = raw.data();
+    const size_t limit = out.size() - 1;
+    const size_t n = raw.size();
     size_t w = 0;
-    size_t limit = out.size() - 1;
-    for (size_t i = 0; i < raw.size() && w < limit; ++i) {
-        char c = raw[i];
-        if (c == '%' && i + 2 < raw.size()) {
-            out[w++] = hex_byte(plus_as_blank(raw[i + 1]), plus_as_blank(raw[i + 2]));
-            i += 2;
+    size_t i = 0;
+    while (i < n && w < limit) {
+        // The run up to the next '%' is copied in one pass that also turns '+' into blanks
+        // (a loop the compiler turns into whole-vector moves), then the %XX is decoded.
+        size_t room = n - i < limit - w ? n - i : limit - w;
+        const auto *pct = static_cast<const char *>(std::memchr(src + i, '%', room));
+        size_t run = pct ? size_t(pct - (src + i)) : room;
+        for (size_t k = 0; k < run; ++k) {
+            char c = src[i + k];
+            dst[w + k] = c == '+' ? ' ' : c;
+        }
+        w += run;
+        i += run;
+        if (!pct || w >= limit) break;
+        if (i + 2 < n) {
+            dst[w++] = hex_byte(plus_as_blank(src[i + 1]), plus_as_blank(src[i + 2]));
+            i += 3;
         } else {
-            out[w++] = char(plus_as_blank(c));
+            dst[w++] = '%';
+            ++i;
         }
     }
-    out[w] = '\0';
+    dst[w] = '\0';
+    return w;
 }
 
 } // namespace wm

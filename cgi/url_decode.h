@@ -30,23 +30,24 @@ RawPair split_pair(const char *pos);
 
 // Decodes `raw` into `out` ('+' to blank first, then %XX) and terminates it; the decoded
 // text is cut to fit. A '%' with fewer than two characters behind it is kept as it stands.
-void decode_component(std::string_view raw, std::span<char> out);
+// Returns the decoded length.
+size_t decode_component(std::string_view raw, std::span<char> out);
 
 // How the pair loop treats an empty rest: the body loop decodes it as one more (empty)
 // pair, the query-string loop stops there.
 enum class PairText { body, query };
 
 // Walks the pairs of `text` (null: none), decoding each into the two buffers and calling
-// `visit()`; the walk ends when `visit` returns false.
+// `visit(name_length, value_length)`; the walk ends when `visit` returns false.
 template <typename Visit>
 void for_each_pair(const char *text, PairText kind, std::span<char> name, std::span<char> value,
                    Visit visit) {
     const char *pos = text;
     while (pos && !(kind == PairText::query && *pos == '\0')) {
         RawPair raw = split_pair(pos);
-        decode_component(raw.name, name);
-        decode_component(raw.value, value);
-        if (!visit()) return;
+        size_t name_length = decode_component(raw.name, name);
+        size_t value_length = decode_component(raw.value, value);
+        if (!visit(name_length, value_length)) return;
         pos = raw.rest;
     }
 }

@@ -35,9 +35,25 @@ endfunction()
 function(webmgmt_library_flags target)
   target_compile_options(${target} PRIVATE
     $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics -fno-asynchronous-unwind-tables>
-    -fvisibility=hidden -fvisibility-inlines-hidden)
+    -fvisibility=hidden -fvisibility-inlines-hidden -fno-semantic-interposition)
   set_target_properties(${target} PROPERTIES LINKER_LANGUAGE C)
   if(NOT WEBMGMT_SANITIZE)
     target_link_options(${target} PRIVATE -Wl,-z,defs -static-libgcc -Wl,--as-needed)
+  endif()
+endfunction()
+
+# Less work for the dynamic loader in every CGI process: calls between the library's own
+# functions bind inside the library (no PLT stub, no symbol lookup, fewer relocations), and
+# relative relocations are packed where the linker and C library know the packed form.
+# Only functions: the exported variables (bb_applet_name ...) may be copied into the program,
+# whose copy the library must then use. Measured with bench/run.
+include(CheckLinkerFlag)
+check_linker_flag(C "-Wl,-z,pack-relative-relocs" WEBMGMT_HAVE_RELR)
+function(webmgmt_shared_link_flags target)
+  if(NOT WEBMGMT_SANITIZE)
+    target_link_options(${target} PRIVATE -Wl,-Bsymbolic-functions -Wl,-O1)
+    if(WEBMGMT_HAVE_RELR)
+      target_link_options(${target} PRIVATE -Wl,-z,pack-relative-relocs)
+    endif()
   endif()
 endfunction()

@@ -83,6 +83,44 @@ void assign(const field_desc &row, const char *text) {
     }
 }
 
+// The rows of a table by name, built once per load_default() so that each defaults line
+// finds its rows without a scan of the table. Open addressing over row numbers: rows with the
+// same name lie along one probe sequence in table order, so duplicates are assigned in the
+// order set_value() assigns them.
+class RowIndex {
+  public:
+    explicit RowIndex(const field_desc *table) : table_(table) {
+        std::memset(slots_, 0, sizeof slots_);
+        for (int i = 0; i < WEBMGMT_FIELD_ROWS && table[i].name[0]; ++i) {
+            if (!table[i].address) continue;
+            size_t at = hash(wm::member_text(table[i].name, sizeof table[i].name));
+            while (slots_[at])
+                at = (at + 1) & kMask;
+            slots_[at] = uint16_t(i + 1);
+        }
+    }
+    // Calls `visit(row)` for every row named `name`, in table order.
+    template <typename Visit> void for_each(std::string_view name, Visit visit) const {
+        for (size_t at = hash(name); slots_[at]; at = (at + 1) & kMask) {
+            const field_desc &row = table_[slots_[at] - 1];
+            if (wm::member_text(row.name, sizeof row.name) == name) visit(row);
+        }
+    }
+
+  private:
+    static constexpr size_t kSlots = 4096; // a power of two above twice the rows
+    static constexpr size_t kMask = kSlots - 1;
+    static_assert(kSlots >= 2 * WEBMGMT_FIELD_ROWS);
+    static size_t hash(std::string_view name) {
+        uint32_t h = 2166136261u; // FNV-1a
+        for (char c : name)
+            h = (h ^ static_cast<unsigned char>(c)) * 16777619u;
+        return h & kMask;
+    }
+    const field_desc *table_;
+    uint16_t slots_[kSlots];
+};
+
 void add_row(field_desc *row, const char *name, void *address, int16_t type, uint16_t size) {
     wm::copy_bounded(row->name, name);
     row->address = address;
@@ -111,13 +149,19 @@ int load_default(field_desc *table, const char *path) {
         static_cast<prop_pair *>(std::calloc(WEBMGMT_PROP_PAIRS, sizeof(prop_pair))));
     if (!pairs) return 0;
     int count = load_prop('=', path, pairs.get());
-    for (int i = 0; i < count; ++i) {
-        char value[kDefaultValueSize] = {};
-        char text[kDefaultValueSize] = {};
-        wm::copy_bounded(value, pairs.get()[i].value);
-        wm::copy_bounded(text, strip(value, '"'));
-        if (set_value(table, pairs.get()[i].name, text) != 0)
-            std::printf("%s:fail!!!\n", pairs.get()[i].name);
+    if (table) {
+        RowIndex index(table);
+        for (int i = 0; i < count; ++i) {
+            const char *name = pairs.get()[i].name;
+            // A name too long for a row matches none, as in set_value().
+            if (!name || strnlen(name, WEBMGMT_FIELD_NAME_SIZE) >= WEBMGMT_FIELD_NAME_SIZE)
+                continue;
+            char value[kDefaultValueSize] = {};
+            char text[kDefaultValueSize] = {};
+            wm::copy_bounded(value, pairs.get()[i].value);
+            wm::copy_bounded(text, strip(value, '"'));
+            index.for_each(name, [&](const field_desc &row) { assign(row, text); });
+        }
     }
     free_prop(pairs.get(), count);
     return 0;

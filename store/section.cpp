@@ -27,26 +27,53 @@ struct Cached {
 };
 constinit Cached g_cache[kSectionCount] = {};
 
+// "<dir>/<name><suffix>" under the device root, joined without a formatted print.
 DevicePath section_file(const char *dir, const char *name, const char *suffix) {
-    return device_pathf("%s/%s%s", dir, name, suffix);
+    char fixed[kPathSize] = {};
+    std::span<char> room(fixed);
+    size_t n = copy_bounded(room, dir);
+    n += copy_bounded(room.subspan(n), "/");
+    n += copy_bounded(room.subspan(n), name);
+    copy_bounded(room.subspan(n), suffix);
+    return device_path(fixed);
 }
 
-// mkdir -p of the directory that holds `path`.
+// mkdir -p of the directory that holds `path`. The directory itself is tried first: it
+// usually exists, and then one call is all it costs.
 void make_parent_dirs(const char *path) {
     char dir[kPathSize];
     copy_bounded(dir, path);
+    char *last = std::strrchr(dir, '/');
+    if (!last || last == dir) return;
+    *last = '\0';
+    if (::mkdir(dir, 0755) == 0 || errno != ENOENT) return;
     for (char *p = dir + 1; *p; ++p) {
         if (*p != '/') continue;
         *p = '\0';
         ::mkdir(dir, 0755);
         *p = '/';
     }
+    ::mkdir(dir, 0755);
 }
 
 enum class ReadResult { kOk, kMissing, kRefused };
 
+// Reads `size` bytes from `fd` at `offset` 0 into `out`; false when the file ends early.
+bool read_all_at(int fd, uint8_t *out, uint32_t size) {
+    uint32_t got = 0;
+    while (got < size) {
+        ssize_t n = ::pread(fd, out + got, size - got, off_t(got));
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) return false;
+        got += uint32_t(n);
+    }
+    return true;
+}
+
 // Reads exactly `size` bytes; a file of any other size is refused, never read past its end.
-ReadResult read_exact(const char *path, void *out, uint32_t size) {
+// `second`, when given, gets the same bytes from the same open file (a file is only ever
+// replaced, never rewritten in place), read by the kernel rather than copied here.
+ReadResult read_exact(const char *path, void *out, uint32_t size, void *second = nullptr) {
     UniqueFd fd(::open(path, O_RDONLY | O_CLOEXEC));
     if (!fd) return ReadResult::kMissing;
     struct stat st {};
@@ -55,25 +82,21 @@ ReadResult read_exact(const char *path, void *out, uint32_t size) {
                      path, static_cast<long long>(st.st_size), size);
         return ReadResult::kRefused;
     }
-    auto *p = static_cast<uint8_t *>(out);
-    uint32_t got = 0;
-    while (got < size) {
-        ssize_t n = ::read(fd.get(), p + got, size - got);
-        if (n < 0 && errno == EINTR) continue;
-        if (n <= 0) {
-            std::fprintf(stderr, "config_data_api: %s ended early; ignored\n", path);
-            return ReadResult::kRefused;
-        }
-        got += uint32_t(n);
+    if (!read_all_at(fd.get(), static_cast<uint8_t *>(out), size) ||
+        (second && !read_all_at(fd.get(), static_cast<uint8_t *>(second), size))) {
+        std::fprintf(stderr, "config_data_api: %s ended early; ignored\n", path);
+        return ReadResult::kRefused;
     }
     return ReadResult::kOk;
 }
 
-bool write_copy(const char *path, const void *record, uint32_t size) {
+// The memory copy lives in RAM on the device: flushing it to a disk buys nothing, so only
+// the flash copy is synced. Both are replaced in one step.
+bool write_copy(const char *path, const void *record, uint32_t size, bool durable) {
     make_parent_dirs(path);
     AtomicFile f(path, "wb");
     if (!f || std::fwrite(record, 1, size, f.get()) != size) return false;
-    return f.commit();
+    return f.commit(durable);
 }
 
 // Every record starts with the version bytes and then the lock-file path.
@@ -93,20 +116,28 @@ void set_lock_file(const Section &s, void *record) {
         copy_bounded(head->lock_file, lock.c_str());
 }
 
+enum class Source { kMemory, kFlash, kDefaults };
+
 // The stored section: the memory copy, else the flash copy, else the factory defaults.
-void load_current(SectionId id, void *record) {
+// `second`, when given, gets a copy of what a stored copy held (not of the defaults).
+Source load_current(SectionId id, void *record, void *second = nullptr) {
     const Section &s = section(id);
     DevicePath memory = section_file(fixed::kConfigMemoryDir, s.name, ".bin");
     DevicePath flash = section_file(fixed::kConfigFlashDir, s.name, ".bin");
-    if (read_exact(memory.c_str(), record, s.size) != ReadResult::kOk &&
-        read_exact(flash.c_str(), record, s.size) != ReadResult::kOk) {
-        std::memset(record, 0, s.size);
-        load_defaults(s, record);
-        auto *head = static_cast<Head *>(record);
-        head->main_version = kMainVersion;
-        head->sub_version = kSubVersion;
+    Source source = Source::kMemory;
+    if (read_exact(memory.c_str(), record, s.size, second) != ReadResult::kOk) {
+        source = Source::kFlash;
+        if (read_exact(flash.c_str(), record, s.size, second) != ReadResult::kOk) {
+            source = Source::kDefaults;
+            std::memset(record, 0, s.size);
+            load_defaults(s, record);
+            auto *head = static_cast<Head *>(record);
+            head->main_version = kMainVersion;
+            head->sub_version = kSubVersion;
+        }
     }
     set_lock_file(s, record);
+    return source;
 }
 
 bool same_list(const ListDesc &l, const uint8_t *a, const uint8_t *b) {
@@ -125,6 +156,21 @@ Cached *current_cache(SectionId id) {
     return cache_is_current(c) ? &c : nullptr;
 }
 
+int open_store_lock(const Section &s);
+
+// Writes the memory copy of a section this process built from its defaults, under the
+// store's lock and only while neither copy exists: a save made meanwhile is never replaced.
+void store_built(SectionId id, const void *record) {
+    const Section &s = section(id);
+    UniqueFd fd(open_store_lock(s));
+    FileLock lock(fd.get(), true);
+    if (!lock.locked()) return;
+    DevicePath memory = section_file(fixed::kConfigMemoryDir, s.name, ".bin");
+    DevicePath flash = section_file(fixed::kConfigFlashDir, s.name, ".bin");
+    if (::access(memory.c_str(), F_OK) == 0 || ::access(flash.c_str(), F_OK) == 0) return;
+    write_copy(memory.c_str(), record, s.size, false);
+}
+
 Cached *load_cache(SectionId id) {
     Cached &c = g_cache[id];
     if (cache_is_current(c)) return &c;
@@ -139,10 +185,18 @@ Cached *load_cache(SectionId id) {
             return nullptr;
         }
     }
-    // The forms create the lock files in the memory directory: it must exist.
-    make_parent_dirs(section_file(fixed::kConfigMemoryDir, s.name, ".lock").c_str());
-    load_current(id, c.record);
-    std::memcpy(c.seen, c.record, s.size);
+    Source source = load_current(id, c.record, c.seen);
+    if (source == Source::kDefaults)
+        std::memcpy(c.seen, c.record, s.size);
+    else
+        set_lock_file(s, c.seen);
+    // The forms create the lock files in the memory directory: it must exist (it does when
+    // the memory copy was read from it). A section built from its defaults is stored there,
+    // so that the next process reads it instead of building it again.
+    if (source == Source::kDefaults)
+        store_built(id, c.record);
+    else if (source == Source::kFlash)
+        make_parent_dirs(section_file(fixed::kConfigMemoryDir, s.name, ".lock").c_str());
     c.pid = ::getpid();
     copy_bounded(c.root, device_root());
     return &c;
@@ -177,10 +231,10 @@ int Transaction::commit(bool flash) {
     const Section &s = section(id_);
     if (!ok()) return CONFIG_ERR_IO;
     DevicePath memory = section_file(fixed::kConfigMemoryDir, s.name, ".bin");
-    if (!write_copy(memory.c_str(), record_.get(), s.size)) return CONFIG_ERR_IO;
+    if (!write_copy(memory.c_str(), record_.get(), s.size, false)) return CONFIG_ERR_IO;
     if (flash) {
         DevicePath copy = section_file(fixed::kConfigFlashDir, s.name, ".bin");
-        if (!write_copy(copy.c_str(), record_.get(), s.size)) return CONFIG_ERR_IO;
+        if (!write_copy(copy.c_str(), record_.get(), s.size, true)) return CONFIG_ERR_IO;
     }
     return CONFIG_OK;
 }

@@ -86,7 +86,8 @@ char *my_getug(char *buffer, const char *name, long id, int bufsize, char prefix
     if (bufsize > 0) {
         if (!buffer) __assert_fail("buffer!=NULL", "find_pid.c", 112, "my_getug");
         if (name) return safe_strncpy(buffer, name, size_t(bufsize));
-        std::snprintf(buffer, size_t(bufsize), "%ld", id);
+        // The id is cut to the caller's buffer, as the device does.
+        if (std::snprintf(buffer, size_t(bufsize), "%ld", id) < 0) buffer[0] = '\0';
     } else if (bufsize < 0 && !name) {
         bb_error_msg_and_die("unknown %cid %ld", prefix, id);
     }

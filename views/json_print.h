@@ -21,10 +21,14 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <string_view>
 
 #include "sys/support/text.h"
 #include "webmgmt.h"
 
+// Everything is written into stdout's own buffer (one fwrite per member line, numbers and
+// addresses formatted here), so the bytes stay in order with whatever the program prints
+// with stdio before, between and after the views.
 namespace wm::json {
 
 // Whether a member line is followed by a comma.
@@ -34,42 +38,27 @@ inline const char *sep_text(Sep sep) {
     return sep == Sep::Comma ? "," : "";
 }
 
-inline void open_document() {
-    std::putchar('{');
-}
-inline void close_document() {
-    std::putchar('}');
-}
+void open_document();
+void close_document();
 
 // `"name":{` and a newline.
-inline void open_object(const char *name) {
-    std::printf("\"%s\":{\n", name);
-}
+void open_object(const char *name);
 // `},` with no newline: another member or object follows.
-inline void close_object() {
-    std::fputs("},", stdout);
-}
+void close_object();
 
 // Flags, modes, 8-bit and 32-bit members: "%d".
-inline void number(const char *key, int value, Sep sep = Sep::Comma) {
-    std::printf("\"%s\":\"%d\"%s\n", key, value, sep_text(sep));
-}
+void number(const char *key, int value, Sep sep = Sep::Comma);
 
 // The account types: "%u".
-inline void unsigned_number(const char *key, unsigned value, Sep sep = Sep::Comma) {
-    std::printf("\"%s\":\"%u\"%s\n", key, value, sep_text(sep));
-}
+void unsigned_number(const char *key, unsigned value, Sep sep = Sep::Comma);
 
 // 16-bit list counts and group ids: "%hd".
 inline void short_number(const char *key, int16_t value, Sep sep = Sep::Comma) {
-    std::printf("\"%s\":\"%hd\"%s\n", key, value, sep_text(sep));
+    number(key, value, sep);
 }
 
 // A text of known length, printed raw.
-inline void text_view(const char *key, std::string_view value, Sep sep = Sep::Comma) {
-    std::printf("\"%s\":\"%.*s\"%s\n", key, static_cast<int>(value.size()), value.data(),
-                sep_text(sep));
-}
+void text_view(const char *key, std::string_view value, Sep sep = Sep::Comma);
 
 // A fixed-size text member, read at most to its size.
 template <size_t N> void text(const char *key, const char (&member)[N], Sep sep = Sep::Comma) {
@@ -82,25 +71,24 @@ inline void fixed(const char *key, const char *value, Sep sep = Sep::Comma) {
     text_view(key, value, sep);
 }
 
-// An IPv4 address member in dotted form. inet_ntoa's buffer is shared, so its text is copied
-// into a buffer of our own at once.
-inline void ipv4(const char *key, const ipaddr_field &address, Sep sep = Sep::Comma) {
-    in_addr in{};
-    in.s_addr = address.v4;
-    char dotted[20];
-    wm::copy_bounded(dotted, inet_ntoa(in));
-    text_view(key, wm::member_text(dotted, sizeof dotted), sep);
+// An IPv4 address member in dotted form, as inet_ntoa prints it.
+void ipv4(const char *key, const ipaddr_field &address, Sep sep = Sep::Comma);
+
+// Raw text and single characters between members, into the same stream.
+void raw(std::string_view text);
+inline void raw(char c) {
+    putc_unlocked(c, stdout);
 }
 
 // The `"element":[` list of a fixed table: every slot, whatever the list's count says.
 // `print_slot` prints the members of one slot.
 template <typename Slot, size_t N, typename PrintSlot>
 void slots(const Slot (&table)[N], PrintSlot print_slot) {
-    std::fputs("\"element\":[", stdout);
+    raw("\"element\":[");
     for (size_t i = 0; i < N; ++i) {
-        std::fputs("{\n", stdout);
+        raw("{\n");
         print_slot(table[i]);
-        std::fputs(i + 1 < N ? "}," : "}", stdout);
+        raw(i + 1 < N ? std::string_view{"},"} : std::string_view{"}"});
     }
 }
 

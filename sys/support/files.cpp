@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -11,9 +12,12 @@
 namespace wm {
 
 AtomicFile::AtomicFile(const char *target, const char *mode) {
-    int n = std::snprintf(target_, sizeof target_, "%s", target);
-    int m = std::snprintf(temp_, sizeof temp_, "%s.cgi", target);
-    if (n < 0 || n >= int(sizeof target_) || m < 0 || m >= int(sizeof temp_)) return;
+    // A target too long for the buffers is never opened (never a cut name).
+    size_t n = target ? strnlen(target, sizeof target_) : sizeof target_;
+    if (n >= sizeof target_) return;
+    std::memcpy(target_, target, n + 1);
+    std::memcpy(temp_, target, n);
+    std::memcpy(temp_ + n, ".cgi", sizeof ".cgi");
     file_ = std::fopen(temp_, mode);
 }
 

@@ -3,6 +3,9 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
+#include <span>
+
+#include "sys/support/text.h"
 
 namespace wm {
 
@@ -11,9 +14,11 @@ const char *device_root() {
     return root ? root : "";
 }
 
+// Joined without a formatted print: every request builds several of these.
 DevicePath device_path(const char *fixed) {
     DevicePath p;
-    std::snprintf(p.text, sizeof p.text, "%s%s", device_root(), fixed);
+    size_t n = copy_bounded(p.text, device_root());
+    copy_bounded(std::span<char>(p.text).subspan(n), fixed ? fixed : "");
     return p;
 }
 

@@ -11,3 +11,13 @@ cc -std=c11 -Wall -Werror -o "$prefix/prog" "$src/tests/c/header_test.c" \
   $(pkg-config --cflags --libs webmgmt) -Wl,-rpath,"$libdir"
 "$prefix/prog"
 echo "built and ran with: $(pkg-config --cflags --libs webmgmt)"
+
+# The static archive: the same program links it through webmgmt-static.pc, loads no
+# libwebmgmt.so and runs.
+cc -std=c11 -Wall -Werror -o "$prefix/prog-static" "$src/tests/c/header_test.c" \
+  $(pkg-config --static --cflags --libs webmgmt-static) -Wl,-rpath,"$libdir"
+if readelf -d "$prefix/prog-static" | grep -q 'NEEDED.*libwebmgmt'; then
+  echo "the program built from the static archive still needs libwebmgmt.so"; exit 1
+fi
+"$prefix/prog-static"
+echo "built and ran with: $(pkg-config --static --cflags --libs webmgmt-static)"

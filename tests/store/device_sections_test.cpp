@@ -108,6 +108,8 @@ TEST_F(DeviceSections, FactoryDefaultsOfEverySection) {
     // A defaults file may name any member, however far down a large list it lies.
     std::string dir = defaults_dir(root);
     wmtest::write_file(dir + "/clients.conf", "m_client[0].m_id=5\nm_client[299].m_tel=\"555\"\n");
+    // The section built from the old file was stored by the first get: back to the defaults.
+    wmconfig("reset clients");
     EXPECT_EQ(in_new_process([] {
                   clients_config *c = SC_Get_Clients_System_Config();
                   return c->m_client[0].m_id == 5 && std::strcmp(c->m_client[299].m_tel, "555") == 0

@@ -37,14 +37,29 @@ TEST_F(Sections, FactoryDefaultsComeFromTheDefaultsFileWithVersionAndLockFile) {
     EXPECT_EQ(lan->config_ver.main_version, 1);
     EXPECT_EQ(lan->config_ver.sub_version, 0);
     EXPECT_EQ(std::string(lan->lock_file), root.path("/var/config/lan.lock"));
-    // Reading writes nothing; the same record comes back for the rest of the process.
-    EXPECT_FALSE(wmtest::file_exists(memory_copy(root, "lan")));
+    // The section built from the defaults is stored in memory, byte for byte, so that the
+    // next process reads it; the flash copy is left to the savers. The same record comes
+    // back for the rest of the process.
+    EXPECT_EQ(wmtest::read_file(memory_copy(root, "lan")),
+              std::string(reinterpret_cast<const char *>(lan), sizeof *lan));
+    EXPECT_FALSE(wmtest::file_exists(flash_copy(root, "lan")));
     EXPECT_EQ(SC_Get_Lan_System_Config(), lan);
     // The store's own records start from zeros, versioned all the same.
     clients_config *clients = SC_Get_Clients_System_Config();
     ASSERT_NE(clients, nullptr);
     EXPECT_EQ(clients->count, 0);
     EXPECT_EQ(clients->config_ver.main_version, 1);
+}
+
+// A section with no stored copy is built once: later processes read what the first stored,
+// even when the defaults file changes behind it, until a reset.
+TEST_F(Sections, TheSectionBuiltFromTheDefaultsIsReadByTheNextProcess) {
+    EXPECT_EQ(stored_stp(), 1);
+    std::string defaults = wmtest::read_file(defaults_dir(root) + "/lan.conf");
+    wmtest::write_file(defaults_dir(root) + "/lan.conf", defaults + "stp=0\n");
+    EXPECT_EQ(stored_stp(), 1);
+    EXPECT_EQ(in_new_process([] { return SC_Reset_Config("lan"); }), CONFIG_OK);
+    EXPECT_EQ(stored_stp(), 0);
 }
 
 TEST_F(Sections, SaversRebootAndReset) {

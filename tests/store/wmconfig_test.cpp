@@ -82,13 +82,16 @@ TEST_F(Wmconfig, RefusesWhatItDoesNotKnow) {
         {"set lan", 2, "usage"},
         {"", 2, "usage"},
     };
+    const std::string factory = run("show lan").out;
     for (const Case &c : cases) {
         SCOPED_TRACE(c.args);
         auto r = run(c.args);
         EXPECT_EQ(r.exit_code(), c.status);
         EXPECT_NE(r.err.find(c.message), std::string::npos) << r.err;
     }
-    EXPECT_FALSE(wmtest::file_exists(memory_copy(root, "lan")));
+    // Nothing was changed: lan still holds its factory settings, and only in memory.
+    EXPECT_EQ(run("show lan").out, factory);
+    EXPECT_FALSE(wmtest::file_exists(flash_copy(root, "lan")));
     auto sections = run("sections");
     EXPECT_NE(sections.out.find("\nwifi\n"), std::string::npos);
     EXPECT_NE(sections.out.find("\nap_templates\n"), std::string::npos);

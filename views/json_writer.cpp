@@ -1,0 +1,198 @@
+// The member writer under json_print.h: each member line is assembled in a small buffer
+// and handed to stdout's buffer in one piece, numbers and addresses formatted here. A CGI
+// program prints from one thread: the stream is written without taking its lock.
+#include <climits>
+
+#include "views/json_print.h"
+
+namespace wm::json {
+namespace {
+
+// One member line, `"key":"value",` and its newline, assembled before it is written. A line
+// longer than the buffer is written in pieces.
+class Line {
+  public:
+    Line() = default;
+    Line(const Line &) = delete;
+    Line &operator=(const Line &) = delete;
+    ~Line() { flush(); }
+
+    void put(std::string_view s) {
+        if (s.size() > sizeof buf_ - used_) {
+            flush();
+            if (s.size() > sizeof buf_) {
+                fwrite_unlocked(s.data(), 1, s.size(), stdout);
+                return;
+            }
+        }
+        std::memcpy(buf_ + used_, s.data(), s.size());
+        used_ += s.size();
+    }
+    void put(char c) {
+        if (used_ == sizeof buf_) flush();
+        buf_[used_++] = c;
+    }
+
+  private:
+    void flush() {
+        if (used_) fwrite_unlocked(buf_, 1, used_, stdout);
+        used_ = 0;
+    }
+    char buf_[256];
+    size_t used_ = 0;
+};
+
+// The decimal digits of `value` at the end of `out`; returns where they start.
+char *decimal(unsigned value, char *end) {
+    char *p = end;
+    do {
+        *--p = char('0' + value % 10);
+        value /= 10;
+    } while (value);
+    return p;
+}
+
+constexpr size_t kDigits = 12; // "-2147483648" and room to spare
+
+// Room for `n` more bytes in stdout's own buffer, or null. With the GNU C library a fully
+// buffered stream (a CGI's pipe to the web server) exposes its buffer the way its putc
+// macro uses it; a line-buffered or unbuffered stream never shows room there, so its
+// writes go through the library and flush as they should. Other C libraries take fwrite.
+char *stdout_room(size_t n) {
+#if defined(__GLIBC__)
+    FILE *f = stdout;
+    if (f->_IO_write_ptr && size_t(f->_IO_write_end - f->_IO_write_ptr) >= n)
+        return f->_IO_write_ptr;
+#else
+    (void)n;
+#endif
+    return nullptr;
+}
+
+// Marks the bytes up to `end` of the room as written.
+void stdout_wrote([[maybe_unused]] char *end) {
+#if defined(__GLIBC__)
+    stdout->_IO_write_ptr = end;
+#endif
+}
+
+// Keys and most values are a few bytes long: those are copied here in at most two
+// overlapping moves of 8, 4 or 1 bytes rather than by a call per piece.
+char *put_text(char *p, std::string_view s) {
+    const char *src = s.data();
+    size_t n = s.size();
+    if (n >= 8 && n <= 16) {
+        uint64_t head, tail;
+        std::memcpy(&head, src, 8);
+        std::memcpy(&tail, src + n - 8, 8);
+        std::memcpy(p, &head, 8);
+        std::memcpy(p + n - 8, &tail, 8);
+    } else if (n >= 4 && n < 8) {
+        uint32_t head, tail;
+        std::memcpy(&head, src, 4);
+        std::memcpy(&tail, src + n - 4, 4);
+        std::memcpy(p, &head, 4);
+        std::memcpy(p + n - 4, &tail, 4);
+    } else if (n < 4) {
+        for (size_t i = 0; i < n; ++i)
+            p[i] = src[i];
+    } else {
+        std::memcpy(p, src, n);
+    }
+    return p + n;
+}
+
+void member(const char *key, std::string_view value, Sep sep) {
+    size_t key_length = std::strlen(key);
+    if (char *p = stdout_room(key_length + value.size() + 7)) {
+        *p++ = '"';
+        p = put_text(p, {key, key_length});
+        *p++ = '"';
+        *p++ = ':';
+        *p++ = '"';
+        p = put_text(p, value);
+        *p++ = '"';
+        if (sep == Sep::Comma) *p++ = ',';
+        *p++ = '\n';
+        stdout_wrote(p);
+        return;
+    }
+    Line line;
+    line.put('"');
+    line.put(std::string_view{key});
+    line.put(std::string_view{"\":\""});
+    line.put(value);
+    line.put(sep == Sep::Comma ? std::string_view{"\",\n"} : std::string_view{"\"\n"});
+}
+
+} // namespace
+
+void open_document() {
+    putc_unlocked('{', stdout);
+}
+
+void close_document() {
+    putc_unlocked('}', stdout);
+}
+
+void open_object(const char *name) {
+    size_t name_length = std::strlen(name);
+    if (char *p = stdout_room(name_length + 5)) {
+        *p++ = '"';
+        p = put_text(p, {name, name_length});
+        p = put_text(p, "\":{\n");
+        stdout_wrote(p);
+        return;
+    }
+    Line line;
+    line.put('"');
+    line.put(std::string_view{name});
+    line.put(std::string_view{"\":{\n"});
+}
+
+void close_object() {
+    raw(std::string_view{"},"});
+}
+
+void number(const char *key, int value, Sep sep) {
+    char digits[kDigits];
+    char *end = digits + sizeof digits;
+    // The magnitude as unsigned, so that INT_MIN needs no special case.
+    unsigned magnitude = value < 0 ? 0u - unsigned(value) : unsigned(value);
+    char *p = decimal(magnitude, end);
+    if (value < 0) *--p = '-';
+    member(key, {p, size_t(end - p)}, sep);
+}
+
+void unsigned_number(const char *key, unsigned value, Sep sep) {
+    char digits[kDigits];
+    char *end = digits + sizeof digits;
+    char *p = decimal(value, end);
+    member(key, {p, size_t(end - p)}, sep);
+}
+
+void text_view(const char *key, std::string_view value, Sep sep) {
+    member(key, value, sep);
+}
+
+void ipv4(const char *key, const ipaddr_field &address, Sep sep) {
+    // The address is kept in network order: its bytes in memory are the four parts.
+    unsigned char parts[4];
+    static_assert(sizeof address.v4 == sizeof parts);
+    std::memcpy(parts, &address.v4, sizeof parts);
+    char dotted[16];
+    char *end = dotted + sizeof dotted;
+    char *p = end;
+    for (int i = 3; i >= 0; --i) {
+        p = decimal(parts[i], p);
+        if (i) *--p = '.';
+    }
+    member(key, {p, size_t(end - p)}, sep);
+}
+
+void raw(std::string_view text) {
+    if (char *p = stdout_room(text.size())) return stdout_wrote(put_text(p, text));
+    fwrite_unlocked(text.data(), 1, text.size(), stdout);
+}
+
+} // namespace wm::json
