@@ -237,7 +237,8 @@ class HostTraffic : public ::testing::Test {
 };
 
 TEST_F(HostTraffic, RoutedAndLayerTwoHosts) {
-    write_file(root_.path("/proc/mac"),
+    // Under WEBMGMT_ROOT /proc/mac is the plain file beside the tree's state.
+    write_file(root_.path("/var/proc_mac"),
                "aa:bb:cc:00:00:01 192.168.1.10 1536 1572864 100 2048 1\n"
                "AA:BB:CC:00:00:02 0.0.0.0 10 20 0 0 0\n"
                "aa:bb:cc:00:00:03 192.168.1.30 0 0 0 0 0 extra\n" // the seven fields are read
