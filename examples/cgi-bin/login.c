@@ -78,12 +78,19 @@ static int is_sha256_hex(const char *text) {
 }
 
 /* The stored password is clear text, or its SHA-256 digest once it has been hashed. */
+/* A digest is only ever compared with the digest of what was typed: typing the stored digest
+ * itself must not log in. */
 static int password_matches(const char *given, const char *stored) {
-    if (same_text(given, stored)) return 1;
-    if (!is_sha256_hex(stored)) return 0;
+    if (!is_sha256_hex(stored)) return same_text(given, stored);
     char digest[65] = "";
     to_sha256(given, digest, sizeof digest);
-    return strncasecmp(digest, stored, 64) == 0;
+    for (char *p = digest; *p; ++p)
+        if (*p >= 'A' && *p <= 'F') *p = (char)(*p - 'A' + 'a');
+    char lower[65];
+    for (size_t i = 0; i < sizeof lower; ++i)
+        lower[i] =
+            (char)((stored[i] >= 'A' && stored[i] <= 'F') ? stored[i] - 'A' + 'a' : stored[i]);
+    return same_text(digest, lower);
 }
 
 /* A text member of a record, which may fill its array with no terminator. */

@@ -43,6 +43,11 @@ check "a login from the console's own page is accepted" [ "$STATUS" = 200 ]
 TOKEN=$(json_get 'd["token"]')
 check "with a token" grep -Eqx '[A-Za-z0-9]{16}' <<<"$TOKEN"
 check "and the counter is cleared" [ "$(cut -d' ' -f2 "$COUNTER")" = 0 ]
+login --data-urlencode "password=$DIGEST"
+check "the stored digest itself is not a password" [ "$STATUS" != 200 ]
+login --data-urlencode "password=$ADMIN_PASS"
+check "and the right password still logs in" [ "$STATUS" = 200 ]
+TOKEN=$(json_get 'd["token"]')
 
 # --- what the browser is given, what the logs keep ----------------------------------------
 http GET "/cgi-bin/view.cgi?stork=$TOKEN&name=system" -b "$JAR" \
