@@ -62,6 +62,9 @@ WM_MEMBER_LIST(sys_status, WEBMGMT_SYS_STATUS_MEMBERS);
 WM_MEMBER_LIST(arp_host, WEBMGMT_ARP_HOST_MEMBERS);
 WM_MEMBER_LIST(arp_host_table, WEBMGMT_ARP_TABLE_MEMBERS);
 WM_MEMBER_LIST(lease_entry, WEBMGMT_LEASE_ENTRY_MEMBERS);
+WM_MEMBER_LIST(port_map, WEBMGMT_PORT_MAP_MEMBERS);
+WM_MEMBER_LIST(ipv6_addr_entry, WEBMGMT_IPV6_ADDR_ENTRY_MEMBERS);
+WM_MEMBER_LIST(ipv6_route_entry, WEBMGMT_IPV6_ROUTE_ENTRY_MEMBERS);
 
 // The rows of one member at `path` (the dotted name of its parent, "" or ending in '.'):
 // listed blocks and arrays of them are walked, other coded members become rows as the

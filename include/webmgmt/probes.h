@@ -349,23 +349,27 @@ WEBMGMT_API int showlayer2user_statistic(void);
 
 /* One IPv6 address of an interface, as /proc/net/if_inet6 lists it. `scope` is the
  * kernel's scope code (0 global, 0x10 host, 0x20 link); `flags` its address flags. */
+#define WEBMGMT_IPV6_ADDR_ENTRY_MEMBERS(X)                                                         \
+    X(4, char, address, [WEBMGMT_IPV6_TEXT])                                                       \
+    X(1, int32_t, prefix_len, )                                                                    \
+    X(1, int32_t, scope, )                                                                         \
+    X(9, uint32_t, flags, )
 typedef struct ipv6_addr_entry {
-    char address[WEBMGMT_IPV6_TEXT];
-    int32_t prefix_len;
-    int32_t scope;
-    uint32_t flags;
+    WEBMGMT_IPV6_ADDR_ENTRY_MEMBERS(WEBMGMT_DECLARE_MEMBER)
 } ipv6_addr_entry;
 WEBMGMT_STATIC_ASSERT(sizeof(ipv6_addr_entry) == 60, "ipv6_addr_entry layout");
 
 /* One IPv6 route, as /proc/net/ipv6_route lists it: destination and prefix length, next
  * hop ("::" for a route on the link), metric, route flags (RTF_*), device. */
+#define WEBMGMT_IPV6_ROUTE_ENTRY_MEMBERS(X)                                                        \
+    X(4, char, destination, [WEBMGMT_IPV6_TEXT])                                                   \
+    X(1, int32_t, prefix_len, )                                                                    \
+    X(4, char, next_hop, [WEBMGMT_IPV6_TEXT])                                                      \
+    X(9, uint32_t, metric, )                                                                       \
+    X(9, uint32_t, flags, )                                                                        \
+    X(4, char, device, [16])
 typedef struct ipv6_route_entry {
-    char destination[WEBMGMT_IPV6_TEXT];
-    int32_t prefix_len;
-    char next_hop[WEBMGMT_IPV6_TEXT];
-    uint32_t metric;
-    uint32_t flags;
-    char device[16];
+    WEBMGMT_IPV6_ROUTE_ENTRY_MEMBERS(WEBMGMT_DECLARE_MEMBER)
 } ipv6_route_entry;
 WEBMGMT_STATIC_ASSERT(sizeof(ipv6_route_entry) == 124, "ipv6_route_entry layout");
 WEBMGMT_STATIC_ASSERT(offsetof(ipv6_route_entry, next_hop) == 52, "ipv6_route_entry layout");
