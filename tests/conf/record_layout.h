@@ -131,8 +131,8 @@ inline std::string device_layout() {
         ap_template_list_config, ap_scan_slot, ap_runtime_entry, ap_runtime_config, sta_entry,
         sta_table, ap_user_config, client_account, sta_mark, clients_config, client_group,
         clients_groups_config, dhcp_check_msg, update_config, dhcp_static_item, port_status,
-        mem_sample, cpu_sample, cpu_previous, sys_status, arp_host, arp_host_table, lease_entry, port_map,
-        ipv6_addr_entry, ipv6_route_entry>();
+        mem_sample, cpu_sample, cpu_previous, sys_status, arp_host, arp_host_table, lease_entry,
+        port_map, ipv6_addr_entry, ipv6_route_entry>();
 }
 
 inline std::string catalogue_layout() {
