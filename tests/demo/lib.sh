@@ -1,6 +1,8 @@
 # Shared by the demo tests: start the demo console on a free port in a private tree, stop
 # it, and small checks. Sourced by bash scripts run by CTest with the build tree as $1.
 # DEMO_SERVER chooses the web server: lighttpd (the default) or busybox (its httpd).
+# DEMO_NO_FLEET=1 starts the demo without its fleet stand-in (for flows that stage their
+# own managed APs and stations).
 set -uo pipefail
 
 SRC=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
@@ -60,7 +62,7 @@ start_demo() {
     BASE=http://127.0.0.1:$PORT
     : >"$DEMO_LOG"
     "$SRC/tools/demo" --no-build --build-dir "$BUILD" --root "$DEMO_ROOT" --port "$PORT" \
-      --server "$DEMO_SERVER" >"$DEMO_LOG" 2>&1 &
+      --server "$DEMO_SERVER" ${DEMO_NO_FLEET:+--no-fleet} >"$DEMO_LOG" 2>&1 &
     DEMO_PID=$!
     while kill -0 "$DEMO_PID" 2>/dev/null; do
       line=$(grep -m1 '^webmgmt demo console:' "$DEMO_LOG")
