@@ -52,6 +52,32 @@ char *decimal(unsigned value, char *end) {
     return p;
 }
 
+// The same for 64 bits: the high digits by 64-bit division only while the value needs it
+// (a 32-bit host divides 64-bit numbers in a library call).
+char *decimal64(uint64_t value, char *end) {
+    char *p = end;
+    while (value > UINT32_MAX) {
+        *--p = char('0' + value % 10);
+        value /= 10;
+    }
+    return decimal(uint32_t(value), p);
+}
+
+// The dotted form of an address kept in network order at the end of `out` (at most 15
+// bytes); returns where it starts.
+char *dotted(uint32_t network_order, char *end) {
+    // Its bytes in memory are the four parts.
+    unsigned char parts[4];
+    static_assert(sizeof network_order == sizeof parts);
+    std::memcpy(parts, &network_order, sizeof parts);
+    char *p = end;
+    for (int i = 3; i >= 0; --i) {
+        p = decimal(parts[i], p);
+        if (i) *--p = '.';
+    }
+    return p;
+}
+
 constexpr size_t kDigits = 12; // "-2147483648" and room to spare
 
 // Room for `n` more bytes in stdout's own buffer, or null. With the GNU C library a fully
@@ -102,9 +128,10 @@ char *put_text(char *p, std::string_view s) {
     return p + n;
 }
 
-void member(const char *key, std::string_view value, Sep sep) {
+// `"key":"value"` and what follows it (at most three bytes: a comma, a newline).
+void member(const char *key, std::string_view value, std::string_view tail) {
     size_t key_length = std::strlen(key);
-    if (char *p = stdout_room(key_length + value.size() + 7)) {
+    if (char *p = stdout_room(key_length + value.size() + 5 + tail.size())) {
         *p++ = '"';
         p = put_text(p, {key, key_length});
         *p++ = '"';
@@ -112,9 +139,7 @@ void member(const char *key, std::string_view value, Sep sep) {
         *p++ = '"';
         p = put_text(p, value);
         *p++ = '"';
-        if (sep == Sep::Comma) *p++ = ',';
-        *p++ = '\n';
-        stdout_wrote(p);
+        stdout_wrote(put_text(p, tail));
         return;
     }
     Line line;
@@ -122,8 +147,15 @@ void member(const char *key, std::string_view value, Sep sep) {
     line.put(std::string_view{key});
     line.put(std::string_view{"\":\""});
     line.put(value);
-    line.put(sep == Sep::Comma ? std::string_view{"\",\n"} : std::string_view{"\"\n"});
+    line.put('"');
+    line.put(tail);
 }
+
+void member(const char *key, std::string_view value, Sep sep) {
+    member(key, value, sep == Sep::Comma ? std::string_view{",\n"} : std::string_view{"\n"});
+}
+
+constexpr char kHexDigits[] = "0123456789ABCDEF";
 
 } // namespace
 
@@ -171,22 +203,60 @@ void unsigned_number(const char *key, unsigned value, Sep sep) {
     member(key, {p, size_t(end - p)}, sep);
 }
 
+void u64(const char *key, uint64_t value, Sep sep) {
+    member(key, unsigned_digits(value).view(), sep);
+}
+
 void text_view(const char *key, std::string_view value, Sep sep) {
     member(key, value, sep);
 }
 
-void ipv4(const char *key, const ipaddr_field &address, Sep sep) {
-    // The address is kept in network order: its bytes in memory are the four parts.
-    unsigned char parts[4];
-    static_assert(sizeof address.v4 == sizeof parts);
-    std::memcpy(parts, &address.v4, sizeof parts);
-    char dotted[16];
-    char *end = dotted + sizeof dotted;
-    char *p = end;
-    for (int i = 3; i >= 0; --i) {
-        p = decimal(parts[i], p);
-        if (i) *--p = '.';
+void pair(const char *key, std::string_view value, std::string_view tail) {
+    member(key, value, tail);
+}
+
+Digits signed_digits(int64_t value) {
+    Digits d;
+    char *end = d.room + sizeof d.room;
+    // The magnitude as unsigned, so that the most negative value needs no special case.
+    uint64_t magnitude = value < 0 ? 0u - uint64_t(value) : uint64_t(value);
+    char *p = decimal64(magnitude, end);
+    if (value < 0) *--p = '-';
+    d.start = uint8_t(p - d.room);
+    return d;
+}
+
+Digits unsigned_digits(uint64_t value) {
+    Digits d;
+    d.start = uint8_t(decimal64(value, d.room + sizeof d.room) - d.room);
+    return d;
+}
+
+MacText mac_text(const uint8_t *mac) {
+    MacText m;
+    char *p = m.text;
+    for (int i = 0; i < 6; ++i) {
+        *p++ = kHexDigits[mac[i] >> 4];
+        *p++ = kHexDigits[mac[i] & 0xf];
+        *p++ = i < 5 ? ':' : '\0';
     }
+    return m;
+}
+
+DottedText dotted_text(uint32_t network_order) {
+    DottedText d;
+    char *end = d.text + sizeof d.text;
+    *--end = '\0';
+    char *p = dotted(network_order, end);
+    // Moved to the front: the text is read as a terminated string.
+    std::memmove(d.text, p, size_t(end + 1 - p));
+    return d;
+}
+
+void ipv4(const char *key, const ipaddr_field &address, Sep sep) {
+    char text[15];
+    char *end = text + sizeof text;
+    char *p = dotted(address.v4, end);
     member(key, {p, size_t(end - p)}, sep);
 }
 

@@ -39,7 +39,7 @@ void print_bindlist(const lan_bindlist &l) {
         json::text("mark", b.mark);
         json::text("resved", b.resved, Sep::Last);
     });
-    std::fputs("]", stdout);
+    json::raw("]");
     json::close_object();
 }
 

@@ -63,14 +63,14 @@ extern "C" {
 // The lines are a list named "wanconfig", with no count or max_count.
 void printf_Wan_json(const wan_config *config) {
     json::open_document();
-    std::fputs("\"wanconfig\":[", stdout);
+    json::raw("\"wanconfig\":[");
     size_t n = std::size(config->wanconfig);
     for (size_t i = 0; i < n; ++i) {
-        std::fputs("{\n", stdout);
+        json::raw("{\n");
         print_wan_line(config->wanconfig[i]);
-        std::fputs(i + 1 < n ? "}," : "}", stdout);
+        json::raw(i + 1 < n ? "}," : "}");
     }
-    std::fputs("],", stdout);
+    json::raw("],");
     json::text("resved", config->resved, json::Sep::Last);
     json::close_document();
 }
