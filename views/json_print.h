@@ -109,6 +109,9 @@ inline void fixed(const char *key, const char *value, Sep sep = Sep::Comma) {
 // An IPv4 address member in dotted form, as inet_ntoa prints it.
 void ipv4(const char *key, const ipaddr_field &address, Sep sep = Sep::Comma);
 
+// An IPv6 address member as inet_ntop prints it.
+void ipv6(const char *key, const ip6addr_field &address, Sep sep = Sep::Comma);
+
 // A MAC address member in upper-case hex.
 inline void mac(const char *key, const mac_field &value, Sep sep = Sep::Comma) {
     text_view(key, mac_text(value.mac).text, sep);

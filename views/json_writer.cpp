@@ -253,6 +253,60 @@ DottedText dotted_text(uint32_t network_order) {
     return d;
 }
 
+// The text inet_ntop gives an IPv6 address: lower-case hex groups without leading zeros,
+// the first longest run of two or more zero groups written "::", and an address whose first
+// six groups are zero (but not the whole of it), or five zeros and ffff, ending in its IPv4
+// part in dotted form.
+std::string_view ipv6_text(const uint8_t (&bytes)[16], char (&out)[46]) {
+    uint16_t words[8];
+    for (int i = 0; i < 8; ++i)
+        words[i] = uint16_t(bytes[2 * i] << 8 | bytes[2 * i + 1]);
+    int best = -1, best_length = 0;
+    for (int i = 0; i < 8;) {
+        if (words[i]) {
+            ++i;
+            continue;
+        }
+        int j = i;
+        while (j < 8 && words[j] == 0)
+            ++j;
+        if (j - i > best_length) best = i, best_length = j - i;
+        i = j;
+    }
+    if (best_length < 2) best = -1;
+    char *p = out;
+    for (int i = 0; i < 8; ++i) {
+        if (best >= 0 && i >= best && i < best + best_length) {
+            if (i == best) *p++ = ':';
+            continue;
+        }
+        if (i) *p++ = ':';
+        if (i == 6 && best == 0 && (best_length == 6 || (best_length == 5 && words[5] == 0xffff))) {
+            uint32_t v4;
+            std::memcpy(&v4, bytes + 12, sizeof v4);
+            char dotted_room[15];
+            char *end = dotted_room + sizeof dotted_room;
+            char *start = dotted(v4, end);
+            std::memcpy(p, start, size_t(end - start));
+            return {out, size_t(p + (end - start) - out)};
+        }
+        bool leading = true;
+        for (int shift = 12; shift >= 0; shift -= 4) {
+            unsigned digit = (words[i] >> shift) & 0xf;
+            if (leading && digit == 0 && shift) continue;
+            leading = false;
+            *p++ = "0123456789abcdef"[digit];
+        }
+    }
+    if (best >= 0 && best + best_length == 8) *p++ = ':';
+    return {out, size_t(p - out)};
+}
+
+void ipv6(const char *key, const ip6addr_field &address, Sep sep) {
+    char text[46];
+    member(key, ipv6_text(address.v6, text), sep);
+}
+
 void ipv4(const char *key, const ipaddr_field &address, Sep sep) {
     char text[15];
     char *end = text + sizeof text;
