@@ -42,7 +42,7 @@ void open_document();
 void close_document();
 
 // `"name":{` and a newline.
-void open_object(const char *name);
+void open_object(std::string_view name);
 // `},` with no newline: another member or object follows.
 void close_object();
 
@@ -68,62 +68,62 @@ struct DottedText {
 DottedText dotted_text(uint32_t network_order);
 
 // Flags, modes, 8-bit and 32-bit members: "%d".
-void number(const char *key, int value, Sep sep = Sep::Comma);
+void number(std::string_view key, int value, Sep sep = Sep::Comma);
 
 // The account types: "%u".
-void unsigned_number(const char *key, unsigned value, Sep sep = Sep::Comma);
+void unsigned_number(std::string_view key, unsigned value, Sep sep = Sep::Comma);
 
 // 16-bit list counts and group ids: "%hd".
-inline void short_number(const char *key, int16_t value, Sep sep = Sep::Comma) {
+inline void short_number(std::string_view key, int16_t value, Sep sep = Sep::Comma) {
     number(key, value, sep);
 }
 
 // The device printed bandwidths, ports and packet counts with "%lu" of its 32-bit long; the
 // members are 32-bit, printed as such on any host.
-inline void u32(const char *key, uint32_t value, Sep sep = Sep::Comma) {
+inline void u32(std::string_view key, uint32_t value, Sep sep = Sep::Comma) {
     unsigned_number(key, value, sep);
 }
 
 // Prefix lengths and IPv6 switches: "%hhu".
-inline void u8(const char *key, uint8_t value, Sep sep = Sep::Comma) {
+inline void u8(std::string_view key, uint8_t value, Sep sep = Sep::Comma) {
     unsigned_number(key, value, sep);
 }
 
 // Byte counts and the DHCP lease time: "%llu" of a 64-bit member.
-void u64(const char *key, uint64_t value, Sep sep = Sep::Comma);
+void u64(std::string_view key, uint64_t value, Sep sep = Sep::Comma);
 
 // A text of known length, printed raw.
-void text_view(const char *key, std::string_view value, Sep sep = Sep::Comma);
+void text_view(std::string_view key, std::string_view value, Sep sep = Sep::Comma);
 
 // A fixed-size text member, read at most to its size.
-template <size_t N> void text(const char *key, const char (&member)[N], Sep sep = Sep::Comma) {
+template <size_t N> void text(std::string_view key, const char (&member)[N], Sep sep = Sep::Comma) {
     text_view(key, wm::member_text(member, N), sep);
 }
 
 // A member printed with a fixed value whatever the record holds (the empty "resved" of some
 // objects, the user password that is never shown).
-inline void fixed(const char *key, const char *value, Sep sep = Sep::Comma) {
+inline void fixed(std::string_view key, const char *value, Sep sep = Sep::Comma) {
     text_view(key, value, sep);
 }
 
 // An IPv4 address member in dotted form, as inet_ntoa prints it.
-void ipv4(const char *key, const ipaddr_field &address, Sep sep = Sep::Comma);
+void ipv4(std::string_view key, const ipaddr_field &address, Sep sep = Sep::Comma);
 
 // An IPv6 address member as inet_ntop prints it.
-void ipv6(const char *key, const ip6addr_field &address, Sep sep = Sep::Comma);
+void ipv6(std::string_view key, const ip6addr_field &address, Sep sep = Sep::Comma);
 
 // A MAC address member in upper-case hex.
-inline void mac(const char *key, const mac_field &value, Sep sep = Sep::Comma) {
+inline void mac(std::string_view key, const mac_field &value, Sep sep = Sep::Comma) {
     text_view(key, mac_text(value.mac).text, sep);
 }
 
 // A member of a compact document: `"key":"value"` and `tail`, no newline.
-void pair(const char *key, std::string_view value, std::string_view tail = {});
-inline void pair_number(const char *key, int64_t value, std::string_view tail = {}) {
+void pair(std::string_view key, std::string_view value, std::string_view tail = {});
+inline void pair_number(std::string_view key, int64_t value, std::string_view tail = {}) {
     pair(key, signed_digits(value).view(), tail);
 }
 template <size_t N>
-void pair_text(const char *key, const char (&member)[N], std::string_view tail = {}) {
+void pair_text(std::string_view key, const char (&member)[N], std::string_view tail = {}) {
     pair(key, wm::member_text(member, N), tail);
 }
 

@@ -128,31 +128,53 @@ char *put_text(char *p, std::string_view s) {
     return p + n;
 }
 
-// `"key":"value"` and what follows it (at most three bytes: a comma, a newline).
-void member(const char *key, std::string_view value, std::string_view tail) {
-    size_t key_length = std::strlen(key);
-    if (char *p = stdout_room(key_length + value.size() + 5 + tail.size())) {
+// `"key":"value"` and what follows it: the separator of a member line, or whatever a compact
+// document puts after a member.
+template <typename Tail> void member(std::string_view key, std::string_view value, Tail tail) {
+    if (char *p = stdout_room(key.size() + value.size() + 5 + tail.size())) {
         *p++ = '"';
-        p = put_text(p, {key, key_length});
+        p = put_text(p, key);
         *p++ = '"';
         *p++ = ':';
         *p++ = '"';
         p = put_text(p, value);
         *p++ = '"';
-        stdout_wrote(put_text(p, tail));
+        stdout_wrote(tail.put(p));
         return;
     }
     Line line;
     line.put('"');
-    line.put(std::string_view{key});
+    line.put(key);
     line.put(std::string_view{"\":\""});
     line.put(value);
     line.put('"');
-    line.put(tail);
+    line.put(tail.text());
 }
 
-void member(const char *key, std::string_view value, Sep sep) {
-    member(key, value, sep == Sep::Comma ? std::string_view{",\n"} : std::string_view{"\n"});
+// The end of a member line: a comma or not, and the newline.
+struct LineEnd {
+    Sep sep;
+    size_t size() const { return 2; } // room for the longer end is enough
+    char *put(char *p) const {
+        if (sep == Sep::Comma) *p++ = ',';
+        *p++ = '\n';
+        return p;
+    }
+    std::string_view text() const {
+        return sep == Sep::Comma ? std::string_view{",\n"} : std::string_view{"\n"};
+    }
+};
+
+// Any text after a member of a compact document.
+struct TextTail {
+    std::string_view tail;
+    size_t size() const { return tail.size(); }
+    char *put(char *p) const { return put_text(p, tail); }
+    std::string_view text() const { return tail; }
+};
+
+void member(std::string_view key, std::string_view value, Sep sep) {
+    member(key, value, LineEnd{sep});
 }
 
 constexpr char kHexDigits[] = "0123456789ABCDEF";
@@ -167,18 +189,17 @@ void close_document() {
     putc_unlocked('}', stdout);
 }
 
-void open_object(const char *name) {
-    size_t name_length = std::strlen(name);
-    if (char *p = stdout_room(name_length + 5)) {
+void open_object(std::string_view name) {
+    if (char *p = stdout_room(name.size() + 5)) {
         *p++ = '"';
-        p = put_text(p, {name, name_length});
+        p = put_text(p, name);
         p = put_text(p, "\":{\n");
         stdout_wrote(p);
         return;
     }
     Line line;
     line.put('"');
-    line.put(std::string_view{name});
+    line.put(name);
     line.put(std::string_view{"\":{\n"});
 }
 
@@ -186,7 +207,7 @@ void close_object() {
     raw(std::string_view{"},"});
 }
 
-void number(const char *key, int value, Sep sep) {
+void number(std::string_view key, int value, Sep sep) {
     char digits[kDigits];
     char *end = digits + sizeof digits;
     // The magnitude as unsigned, so that INT_MIN needs no special case.
@@ -196,23 +217,23 @@ void number(const char *key, int value, Sep sep) {
     member(key, {p, size_t(end - p)}, sep);
 }
 
-void unsigned_number(const char *key, unsigned value, Sep sep) {
+void unsigned_number(std::string_view key, unsigned value, Sep sep) {
     char digits[kDigits];
     char *end = digits + sizeof digits;
     char *p = decimal(value, end);
     member(key, {p, size_t(end - p)}, sep);
 }
 
-void u64(const char *key, uint64_t value, Sep sep) {
+void u64(std::string_view key, uint64_t value, Sep sep) {
     member(key, unsigned_digits(value).view(), sep);
 }
 
-void text_view(const char *key, std::string_view value, Sep sep) {
+void text_view(std::string_view key, std::string_view value, Sep sep) {
     member(key, value, sep);
 }
 
-void pair(const char *key, std::string_view value, std::string_view tail) {
-    member(key, value, tail);
+void pair(std::string_view key, std::string_view value, std::string_view tail) {
+    member(key, value, TextTail{tail});
 }
 
 Digits signed_digits(int64_t value) {
@@ -302,12 +323,12 @@ std::string_view ipv6_text(const uint8_t (&bytes)[16], char (&out)[46]) {
     return {out, size_t(p - out)};
 }
 
-void ipv6(const char *key, const ip6addr_field &address, Sep sep) {
+void ipv6(std::string_view key, const ip6addr_field &address, Sep sep) {
     char text[46];
     member(key, ipv6_text(address.v6, text), sep);
 }
 
-void ipv4(const char *key, const ipaddr_field &address, Sep sep) {
+void ipv4(std::string_view key, const ipaddr_field &address, Sep sep) {
     char text[15];
     char *end = text + sizeof text;
     char *p = dotted(address.v4, end);

@@ -10,7 +10,8 @@ namespace wm::json {
 // A text member passed through filter_json_name before printing. The member may fill its
 // room without a terminator, so it is copied to a terminated text first; every character
 // may double, so the escaped text has room for twice the member and the terminator.
-template <size_t N> void escaped(const char *key, const char (&member)[N], Sep sep = Sep::Comma) {
+template <size_t N>
+void escaped(std::string_view key, const char (&member)[N], Sep sep = Sep::Comma) {
     char plain[N + 1] = {};
     std::memcpy(plain, member, N);
     char out[2 * N + 1] = {};
@@ -26,15 +27,15 @@ struct Inline {
         if (!first) raw(',');
         first = false;
     }
-    void number(const char *key, long long value) {
+    void number(std::string_view key, long long value) {
         lead();
         pair_number(key, value);
     }
-    void text(const char *key, std::string_view value) {
+    void text(std::string_view key, std::string_view value) {
         lead();
         pair(key, value);
     }
-    template <size_t N> void member(const char *key, const char (&value)[N]) {
+    template <size_t N> void member(std::string_view key, const char (&value)[N]) {
         text(key, member_text(value, N));
     }
 };
