@@ -6,16 +6,18 @@
 #include <strings.h>
 #include <unistd.h>
 
+#include "sys/support/ascii.h"
+
 namespace wm {
 
 bool request_is_post() {
     const char *method = std::getenv("REQUEST_METHOD");
-    return method && strcasecmp(method, "GET") != 0;
+    return method && !equals_ascii_nocase(method, "GET");
 }
 
 bool request_is_get() {
     const char *method = std::getenv("REQUEST_METHOD");
-    return method && strcasecmp(method, "GET") == 0;
+    return method && equals_ascii_nocase(method, "GET");
 }
 
 long request_content_length() {
@@ -24,17 +26,14 @@ long request_content_length() {
 }
 
 char *read_stdin_body(size_t length, size_t extra_front) {
-    if (length > size_t(INT_MAX) || extra_front > size_t(INT_MAX))
-        return nullptr;
+    if (length > size_t(INT_MAX) || extra_front > size_t(INT_MAX)) return nullptr;
     auto *buffer = static_cast<char *>(std::malloc(length + 1 + extra_front));
-    if (!buffer)
-        return nullptr;
+    if (!buffer) return nullptr;
     char *body = buffer + extra_front;
     size_t got = 0;
     while (got < length) {
         ssize_t n = ::read(STDIN_FILENO, body + got, length - got);
-        if (n < 0 && errno == EINTR)
-            continue;
+        if (n < 0 && errno == EINTR) continue;
         if (n <= 0) {
             std::free(buffer);
             return nullptr;

@@ -2,11 +2,11 @@
 // "%d" read them, without writing past a field and with one result on every target.
 #pragma once
 
-#include <cctype>
 #include <cstdint>
 #include <cstdlib>
 #include <string_view>
 
+#include "sys/support/ascii.h"
 #include "sys/support/text.h"
 
 namespace wm {
@@ -14,10 +14,10 @@ namespace wm {
 // The next word of `rest` as "%s" reads it (leading blanks skipped); empty at the end.
 inline std::string_view next_word(std::string_view &rest) {
     size_t start = 0;
-    while (start < rest.size() && std::isspace(static_cast<unsigned char>(rest[start])))
+    while (start < rest.size() && is_c_space(rest[start]))
         ++start;
     size_t end = start;
-    while (end < rest.size() && !std::isspace(static_cast<unsigned char>(rest[end])))
+    while (end < rest.size() && !is_c_space(rest[end]))
         ++end;
     std::string_view word{rest.data() + start, end - start};
     rest = tail(rest, end);

@@ -1,10 +1,11 @@
 // The session table and its file: one "client_ip token last_used" line per live session.
-#include <cinttypes>
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <sys/stat.h>
 
 #include "session/scan.h"
+#include "sys/support/ascii.h"
 #include "session/token_store.h"
 #include "sys/support/files.h"
 #include "sys/support/raii.h"
@@ -69,9 +70,17 @@ bool write_token_file(const char *path, const token_list *list) {
         if (slot.in_use != 1) continue;
         std::string_view ip = wm::member_text(slot.client_ip, sizeof slot.client_ip);
         std::string_view token = wm::member_text(slot.token, sizeof slot.token);
-        if (std::fprintf(file.get(), "%.*s %.*s %" PRId32 "\n", int(ip.size()), ip.data(),
-                         int(token.size()), token.data(), slot.last_used) < 0)
-            return false;
+        // "%s %s %d\n", assembled here and written in one piece.
+        char line[sizeof slot.client_ip + sizeof slot.token + 14];
+        char *p = line;
+        p = std::copy(ip.begin(), ip.end(), p);
+        *p++ = ' ';
+        p = std::copy(token.begin(), token.end(), p);
+        *p++ = ' ';
+        p = wm::put_decimal(p, slot.last_used);
+        *p++ = '\n';
+        size_t length = size_t(p - line);
+        if (std::fwrite(line, 1, length, file.get()) != length) return false;
     }
     // Runtime state, rewritten on every check: replaced in one step, not flushed to disk.
     return file.commit(false);

@@ -28,15 +28,8 @@ int station_total(const ap_device_record &ap) {
     return total;
 }
 
-struct Dotted {
-    char text[20];
-};
-Dotted dotted(uint32_t network_order) {
-    in_addr in{};
-    in.s_addr = network_order;
-    Dotted d{};
-    copy_bounded(d.text, inet_ntoa(in)); // inet_ntoa's buffer is shared: copied at once
-    return d;
+json::DottedText dotted(uint32_t network_order) {
+    return json::dotted_text(network_order);
 }
 
 struct RuntimeText {
@@ -80,11 +73,11 @@ void summary_vap(const defap_vap &v) {
 
 // `"m_radio":[` and the radios the AP has, each with its power as the page shows it.
 void radio_summary(const ap_device_record &ap) {
-    std::fputs("\"m_radio\":[", stdout);
+    json::raw("\"m_radio\":[");
     const int radios = radio_count(ap);
     for (int i = 0; i < radios; ++i) {
         const ap_radio &r = ap.m_conf.m_radio[i];
-        std::fputs("{\n", stdout);
+        json::raw("{\n");
         json::number("m_radio_type", r.m_radio_type);
         json::number("m_wlan_txpower", get_power_web(r.m_wlan_txpower));
         json::number("m_wlan_max_txpower", r.m_wlan_max_txpower);
@@ -93,9 +86,9 @@ void radio_summary(const ap_device_record &ap) {
         json::number("m_stanum", r.m_stanum);
         json::number("m_MaxStanum", r.m_MaxStanum);
         json::vap_list(r.m_vap, summary_vap);
-        std::fputs(i + 1 < radios ? "}," : "}", stdout);
+        json::raw(i + 1 < radios ? std::string_view{"},"} : std::string_view{"}"});
     }
-    std::fputs("]},", stdout);
+    json::raw("]},");
 }
 
 struct Totals {
@@ -107,9 +100,14 @@ struct Totals {
 
 // The `{}` sentinel, the row count and the paging members.
 void close_list(const Totals &t) {
-    std::printf("{}],\"count\":\"%d\",\"pagenum\":\"%d\",\"pagecount\":\"%d\",\"sumcount\":\"%d\","
-                "\"onlinecount\":\"%d\",\"stasumnum\":\"%d\",\"max_count\":\"%d\"}}",
-                t.count, 1, 1, t.sumcount, t.onlinecount, t.stasumnum, kMaxCount);
+    json::raw("{}],");
+    json::pair_number("count", t.count, ",");
+    json::pair_number("pagenum", 1, ",");
+    json::pair_number("pagecount", 1, ",");
+    json::pair_number("sumcount", t.sumcount, ",");
+    json::pair_number("onlinecount", t.onlinecount, ",");
+    json::pair_number("stasumnum", t.stasumnum, ",");
+    json::pair_number("max_count", kMaxCount, "}}");
 }
 
 bool contains(const char *text, const char *filter) {
@@ -120,27 +118,27 @@ bool contains(const char *text, const char *filter) {
 // and the object closed before its radios, which the page reads outside it.
 void template_row(const ap_device_record &ap) {
     json::Inline row;
-    std::putchar('{');
+    json::raw('{');
     row.number("m_lock_src", ap.m_lock_src);
     row.number("m_sn", ap.m_id);
     identity_tail(row, ap);
-    std::fputs("},", stdout);
+    json::raw("},");
     radio_summary(ap);
 }
 
 void deleted_row(const mac_field &bound) {
-    std::printf(
-        "{\"m_sn\":\"0\",\"m_group_name\":\"\",\"m_dev_name\":\"Deleted\",\"m_dev_ip\":\"0\","
-        "\"m_dev_mac\":\"%s\",\"m_onlinetime\":\"\",\"m_sw_ver\":\"\",\"m_sw_name\":\"\","
-        "\"m_stanum\":\"0\",\"m_dev_status\":\"0\",\"m_dev_upgrade_status\":\"0\","
-        "\"m_wlan_group_name\":\"\",\"m_wlan_radio_num\":\"0\","
-        "\"m_TimeRebootEnable\":\"0\",\"m_RebootTime\":\"\",\"m_CurrentTime\":\"\","
-        "\"m_dev_modelname\":\"\"},",
-        json::mac_text(bound.mac).text);
+    json::raw(
+        "{\"m_sn\":\"0\",\"m_group_name\":\"\",\"m_dev_name\":\"Deleted\",\"m_dev_ip\":\"0\",");
+    json::pair("m_dev_mac", json::mac_text(bound.mac).text, ",");
+    json::raw("\"m_onlinetime\":\"\",\"m_sw_ver\":\"\",\"m_sw_name\":\"\","
+              "\"m_stanum\":\"0\",\"m_dev_status\":\"0\",\"m_dev_upgrade_status\":\"0\","
+              "\"m_wlan_group_name\":\"\",\"m_wlan_radio_num\":\"0\","
+              "\"m_TimeRebootEnable\":\"0\",\"m_RebootTime\":\"\",\"m_CurrentTime\":\"\","
+              "\"m_dev_modelname\":\"\"},");
 }
 
 void full_radio(const ap_radio &r) {
-    std::fputs("{\n", stdout);
+    json::raw("{\n");
     json::number("m_radio_type", r.m_radio_type);
     json::number("m_wirelessmode", r.m_wirelessmode);
     json::number("m_wirelessbwmode", r.m_wirelessbwmode);
@@ -160,19 +158,19 @@ void full_radio(const ap_radio &r) {
     json::number("m_MaxStanum", r.m_MaxStanum);
     json::text("contrystr", r.contrystr);
     json::vap_list(r.m_vap, json::template_vap);
-    std::putchar('}');
+    json::raw('}');
 }
 
 // Every radio whatever m_wlan_radio_num says; the keys and passwords as stored (the page is
 // the administrator's). It ends in "}]}": the caller opens an object and an array first.
 void full_configuration(const ap_device_record &ap) {
     json::open_document();
-    std::fputs("\"index_ap\":\"0\",\n\"m_radio\":[", stdout);
+    json::raw("\"index_ap\":\"0\",\n\"m_radio\":[");
     for (int i = 0; i < WEBMGMT_AP_RADIOS; ++i) {
         full_radio(ap.m_conf.m_radio[i]);
-        if (i + 1 < WEBMGMT_AP_RADIOS) std::putchar(',');
+        if (i + 1 < WEBMGMT_AP_RADIOS) json::raw(',');
     }
-    std::fputs("],", stdout);
+    json::raw("],");
     json::device_blocks(ap.m_conf.m_timereboot, ap.m_conf.m_weblogin, ap.m_conf.m_iptv);
     json::number("m_id", ap.m_id);
     json::text("resved", ap.m_conf.resved, Sep::Last);
@@ -182,7 +180,7 @@ void full_configuration(const ap_device_record &ap) {
     row.number("m_lock_src", ap.m_lock_src);
     row.number("m_sn", ap.m_id);
     identity_tail(row, ap);
-    std::fputs("}]}", stdout);
+    json::raw("}]}");
 }
 
 } // namespace
@@ -195,23 +193,27 @@ void printf_Mian_Info_json(const ap_device_record *ap) {
     const int links_max = get_current_link_count_max();
     const bool registered = ap && ap->m_id >= 1;
     const int n = registered ? 1 : 0;
-    std::printf("{\"ApDevList\":{\"count\":\"%d\",\"linkcount\":\"%d\",\"linkcountmax\":\"%d\","
-                "\"sumcount\":\"%d\",\"onlinecount\":\"%d\",\"stasumnum\":\"%d\","
-                "\"max_count\":\"%d\"}}",
-                n, links, links_max, n, n, registered ? wm::station_total(*ap) : 0, wm::kMaxCount);
+    using wm::json::pair_number;
+    wm::json::raw("{\"ApDevList\":{");
+    pair_number("count", n, ",");
+    pair_number("linkcount", links, ",");
+    pair_number("linkcountmax", links_max, ",");
+    pair_number("sumcount", n, ",");
+    pair_number("onlinecount", n, ",");
+    pair_number("stasumnum", registered ? wm::station_total(*ap) : 0, ",");
+    pair_number("max_count", wm::kMaxCount, "}}");
 }
 
 void printf_ManageApList_json(const ap_device_record *ap, int mode, const char *ip_filter,
                               const char *mac_filter) {
     using namespace wm;
     if (!ap) {
-        std::fputs("{\"ApDevList\":{\"count\":\"0\",\"pagenum\":\"1\",\"pagecount\":\"0\","
-                   "\"sumcount\":\"0\",\"onlinecount\":\"0\",\"stasumnum\":\"0\","
-                   "\"max_count\":\"1\"}}",
-                   stdout);
+        json::raw("{\"ApDevList\":{\"count\":\"0\",\"pagenum\":\"1\",\"pagecount\":\"0\","
+                  "\"sumcount\":\"0\",\"onlinecount\":\"0\",\"stasumnum\":\"0\","
+                  "\"max_count\":\"1\"}}");
         return;
     }
-    std::fputs("{\"ApDevList\":{\"data\":[", stdout);
+    json::raw("{\"ApDevList\":{\"data\":[");
     Totals t;
     if (ap->m_id >= 1) {
         t.sumcount = t.onlinecount = 1;
@@ -222,13 +224,13 @@ void printf_ManageApList_json(const ap_device_record *ap, int mode, const char *
                   contains(json::mac_text(ap->m_dev_mac.mac).text, mac_filter);
         if (row) {
             json::Inline head;
-            std::putchar('{');
+            json::raw('{');
             head.text("m_index", "0");
             head.number("m_ip", ap->m_ip);
             head.number("m_lock_src", ap->m_lock_src);
             head.number("m_id", ap->m_id);
             identity_tail(head, *ap);
-            std::putchar(',');
+            json::raw(',');
             radio_summary(*ap);
             t.count = 1;
         }
@@ -241,14 +243,13 @@ void printf_ApTemplateList_mac_json(const ap_device_record *ap, const ap_templat
     using namespace wm;
     // A missing device, or a template the array does not hold, gets the empty list.
     if (!ap || !templates || index < 0 || index >= WEBMGMT_AP_TEMPLATES) {
-        std::fputs("{\"ApDevList\":{\"max_count\":\"1\",\"count\":\"0\",\"pagenum\":\"1\","
-                   "\"pagecount\":\"0\",\"sumcount\":\"0\",\"onlinecount\":\"0\","
-                   "\"stasumnum\":\"0\"}}",
-                   stdout);
+        json::raw("{\"ApDevList\":{\"max_count\":\"1\",\"count\":\"0\",\"pagenum\":\"1\","
+                  "\"pagecount\":\"0\",\"sumcount\":\"0\",\"onlinecount\":\"0\","
+                  "\"stasumnum\":\"0\"}}");
         return;
     }
     const ap_template_entry &group = templates[index];
-    std::fputs("{\"ApDevList\":{\"data\":[", stdout);
+    json::raw("{\"ApDevList\":{\"data\":[");
     Totals t;
     if (mode == 1) {
         // A candidate to bind: registered, not the template's member, in no group yet.
@@ -304,15 +305,15 @@ void printf_update_online_time_json(const update_config *config) {
 
 void printf_dhcp_check_json(const update_config *config) {
     using namespace wm;
-    std::fputs("{\"info\":[", stdout);
+    json::raw("{\"info\":[");
     for (int i = 0; i < WEBMGMT_DHCP_CHECK_MSGS; ++i) {
         const dhcp_check_msg &m = config->m_dhcp_check[i];
-        std::fputs("{\n", stdout);
+        json::raw("{\n");
         json::text("msg", m.msg);
         json::number("id", m.id, Sep::Last);
-        std::fputs(i + 1 < WEBMGMT_DHCP_CHECK_MSGS ? "}," : "}", stdout);
+        json::raw(i + 1 < WEBMGMT_DHCP_CHECK_MSGS ? std::string_view{"},"} : std::string_view{"}"});
     }
-    std::fputs("]}", stdout);
+    json::raw("]}");
 }
 
 } // extern "C"

@@ -4,29 +4,23 @@
 // object ends in a comma before its closing brace, the groups' filled form has no
 // "sumcount" although its empty form has one, and the blacklist prints m_max_conn before
 // m_id.
-#include <cstdio>
 #include <cstring>
 #include <iterator>
-#include <string_view>
 
-#include "sys/support/text.h"
-#include "webmgmt.h"
+#include "views/json_print.h"
 
 namespace {
 
-void text_value(const char *key, std::string_view v) {
-    std::printf("\"%s\":\"%.*s\",", key, int(v.size()), v.data());
-}
+using namespace wm::json;
+
 template <size_t N> void text_member(const char *key, const char (&member)[N]) {
-    text_value(key, wm::member_text(member, N));
+    pair_text(key, member, ",");
 }
 void int_value(const char *key, long long v) {
-    std::printf("\"%s\":\"%lld\",", key, v);
+    pair_number(key, v, ",");
 }
 void mac_value(const char *key, const mac_field &mac) {
-    const uint8_t *m = mac.mac;
-    std::printf("\"%s\":\"%02X:%02X:%02X:%02X:%02X:%02X\",", key, m[0], m[1], m[2], m[3], m[4],
-                m[5]);
+    pair(key, mac_text(mac.mac).text, ",");
 }
 
 // One member of an account object, printed with its trailing comma.
@@ -90,28 +84,31 @@ void account_members(const client_account &c, int index, bool id_first) {
 }
 
 void empty_form(const char *list, int max_count) {
-    std::printf("{\"%s\":{\"count\":\"0\",\"pagenum\":\"1\",\"pagecount\":\"0\",\"sumcount\":"
-                "\"0\",\"onlinecount\":\"0\",\"max_count\":\"%d\"}}",
-                list, max_count);
+    raw("{\"");
+    raw(list);
+    raw("\":{\"count\":\"0\",\"pagenum\":\"1\",\"pagecount\":\"0\",\"sumcount\":\"0\","
+        "\"onlinecount\":\"0\",");
+    pair_number("max_count", max_count, "}}");
 }
 
 void list_end(int count, int max_count) {
-    std::printf("{}],\"count\":\"%d\",\"pagenum\":\"1\",\"pagecount\":\"1\",\"onlinecount\":"
-                "\"%d\",\"max_count\":\"%d\"}}",
-                count, count, max_count);
+    raw("{}],");
+    pair_number("count", count, ",\"pagenum\":\"1\",\"pagecount\":\"1\",");
+    pair_number("onlinecount", count, ",");
+    pair_number("max_count", max_count, "}}");
 }
 
 // The accounts in use (id above 0) that `keep` accepts.
 template <typename Keep> void accounts(const clients_config *clients, bool id_first, Keep keep) {
     if (!clients) return empty_form("Clients", WEBMGMT_CLIENTS);
-    std::fputs("{\"Clients\":{\"data\":[", stdout);
+    raw("{\"Clients\":{\"data\":[");
     int count = 0;
     for (int i = 0; i < WEBMGMT_CLIENTS; ++i) {
         const client_account &c = clients->m_client[i];
         if (c.m_id <= 0 || !keep(c)) continue;
-        std::putchar('{');
+        raw('{');
         account_members(c, i, id_first);
-        std::fputs("},", stdout);
+        raw("},");
         ++count;
     }
     list_end(count, WEBMGMT_CLIENTS);
@@ -123,16 +120,16 @@ extern "C" {
 
 void printf_Clients_Groups_json(const clients_groups_config *groups) {
     if (!groups) return empty_form("Groups", WEBMGMT_CLIENT_GROUPS);
-    std::fputs("{\"Groups\":{\"data\":[", stdout);
+    raw("{\"Groups\":{\"data\":[");
     int count = 0;
     for (int i = 0; i < WEBMGMT_CLIENT_GROUPS; ++i) {
         const client_group &g = groups->m_group[i];
         if (g.m_id <= 0) continue;
-        std::putchar('{');
+        raw('{');
         int_value("m_index", i);
         int_value("m_id", g.m_id);
         text_member("m_name", g.m_name);
-        std::fputs("},", stdout);
+        raw("},");
         ++count;
     }
     list_end(count, WEBMGMT_CLIENT_GROUPS);
@@ -150,19 +147,15 @@ void printf_Client_json(const clients_config *clients, const char *mac) {
     if (clients && mac && mac[0] != '\0') {
         for (int i = 0; i < WEBMGMT_CLIENTS; ++i) {
             const client_account &c = clients->m_client[i];
-            const uint8_t *m = c.m_haddr.mac;
-            char text[18];
-            std::snprintf(text, sizeof text, "%02X:%02X:%02X:%02X:%02X:%02X", m[0], m[1], m[2],
-                          m[3], m[4], m[5]);
             // Exact: a lower-case text finds nothing; free slots are searched too.
-            if (std::strcmp(text, mac) != 0) continue;
-            std::putchar('{');
+            if (std::strcmp(mac_text(c.m_haddr.mac).text, mac) != 0) continue;
+            raw('{');
             account_members(c, i, false);
-            std::putchar('}');
+            raw('}');
             return;
         }
     }
-    std::fputs("{\"m_id\":\"-1\"}", stdout);
+    raw("{\"m_id\":\"-1\"}");
 }
 
 } // extern "C"

@@ -42,42 +42,99 @@ void open_document();
 void close_document();
 
 // `"name":{` and a newline.
-void open_object(const char *name);
+void open_object(std::string_view name);
 // `},` with no newline: another member or object follows.
 void close_object();
 
+// Decimal digits of a number, formatted here into the object's own room.
+struct Digits {
+    char room[20]; // "-9223372036854775808", or 20 digits of an unsigned 64-bit number
+    uint8_t start;
+    std::string_view view() const { return {room + start, sizeof room - start}; }
+};
+Digits signed_digits(int64_t value);
+Digits unsigned_digits(uint64_t value);
+
+// "AA:BB:CC:DD:EE:FF" (upper-case hex, as "%02X") and its terminator.
+struct MacText {
+    char text[18];
+};
+MacText mac_text(const uint8_t *mac);
+
+// An IPv4 address kept in network order in dotted form, as inet_ntoa prints it, terminated.
+struct DottedText {
+    char text[16];
+};
+DottedText dotted_text(uint32_t network_order);
+
 // Flags, modes, 8-bit and 32-bit members: "%d".
-void number(const char *key, int value, Sep sep = Sep::Comma);
+void number(std::string_view key, int value, Sep sep = Sep::Comma);
 
 // The account types: "%u".
-void unsigned_number(const char *key, unsigned value, Sep sep = Sep::Comma);
+void unsigned_number(std::string_view key, unsigned value, Sep sep = Sep::Comma);
 
 // 16-bit list counts and group ids: "%hd".
-inline void short_number(const char *key, int16_t value, Sep sep = Sep::Comma) {
+inline void short_number(std::string_view key, int16_t value, Sep sep = Sep::Comma) {
     number(key, value, sep);
 }
 
+// The device printed bandwidths, ports and packet counts with "%lu" of its 32-bit long; the
+// members are 32-bit, printed as such on any host.
+inline void u32(std::string_view key, uint32_t value, Sep sep = Sep::Comma) {
+    unsigned_number(key, value, sep);
+}
+
+// Prefix lengths and IPv6 switches: "%hhu".
+inline void u8(std::string_view key, uint8_t value, Sep sep = Sep::Comma) {
+    unsigned_number(key, value, sep);
+}
+
+// Byte counts and the DHCP lease time: "%llu" of a 64-bit member.
+void u64(std::string_view key, uint64_t value, Sep sep = Sep::Comma);
+
 // A text of known length, printed raw.
-void text_view(const char *key, std::string_view value, Sep sep = Sep::Comma);
+void text_view(std::string_view key, std::string_view value, Sep sep = Sep::Comma);
 
 // A fixed-size text member, read at most to its size.
-template <size_t N> void text(const char *key, const char (&member)[N], Sep sep = Sep::Comma) {
+template <size_t N> void text(std::string_view key, const char (&member)[N], Sep sep = Sep::Comma) {
     text_view(key, wm::member_text(member, N), sep);
 }
 
 // A member printed with a fixed value whatever the record holds (the empty "resved" of some
 // objects, the user password that is never shown).
-inline void fixed(const char *key, const char *value, Sep sep = Sep::Comma) {
+inline void fixed(std::string_view key, const char *value, Sep sep = Sep::Comma) {
     text_view(key, value, sep);
 }
 
 // An IPv4 address member in dotted form, as inet_ntoa prints it.
-void ipv4(const char *key, const ipaddr_field &address, Sep sep = Sep::Comma);
+void ipv4(std::string_view key, const ipaddr_field &address, Sep sep = Sep::Comma);
+
+// An IPv6 address member as inet_ntop prints it.
+void ipv6(std::string_view key, const ip6addr_field &address, Sep sep = Sep::Comma);
+
+// A MAC address member in upper-case hex.
+inline void mac(std::string_view key, const mac_field &value, Sep sep = Sep::Comma) {
+    text_view(key, mac_text(value.mac).text, sep);
+}
+
+// A member of a compact document: `"key":"value"` and `tail`, no newline.
+void pair(std::string_view key, std::string_view value, std::string_view tail = {});
+inline void pair_number(std::string_view key, int64_t value, std::string_view tail = {}) {
+    pair(key, signed_digits(value).view(), tail);
+}
+template <size_t N>
+void pair_text(std::string_view key, const char (&member)[N], std::string_view tail = {}) {
+    pair(key, wm::member_text(member, N), tail);
+}
 
 // Raw text and single characters between members, into the same stream.
 void raw(std::string_view text);
 inline void raw(char c) {
     putc_unlocked(c, stdout);
+}
+// A number between raw pieces.
+inline void raw_number(int64_t value) {
+    raw(signed_digits(value).view());
 }
 
 // The `"element":[` list of a fixed table: every slot, whatever the list's count says.

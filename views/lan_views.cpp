@@ -2,7 +2,7 @@
 // settings; the WAN lines; the bypass addressing of the misc section.
 #include <iterator>
 
-#include "views/address_print.h"
+#include "views/json_print.h"
 
 namespace wm {
 namespace {
@@ -39,26 +39,25 @@ void print_bindlist(const lan_bindlist &l) {
         json::text("mark", b.mark);
         json::text("resved", b.resved, Sep::Last);
     });
-    std::fputs("]", stdout);
+    json::raw("]");
     json::close_object();
 }
 
 void print_lan_ipv6(const lan_config &l) {
-    json::Ipv6Printer ipv6;
     json::u8("enable_ipv6", l.enable_ipv6);
-    ipv6("ipaddr6", l.ipaddr6);
+    json::ipv6("ipaddr6", l.ipaddr6);
     json::u8("ipaddr6_prefix", l.ipaddr6_prefix);
-    ipv6("ipaddr6_local", l.ipaddr6_local);
+    json::ipv6("ipaddr6_local", l.ipaddr6_local);
     json::u8("ipaddr6_local_prefix", l.ipaddr6_local_prefix);
-    ipv6("gateway6", l.gateway6);
+    json::ipv6("gateway6", l.gateway6);
     json::u8("gateway6_prefix", l.gateway6_prefix);
     json::u8("enable_ipv6_dns", l.enable_ipv6_dns);
-    ipv6("dns61", l.dns61);
-    ipv6("dns62", l.dns62);
+    json::ipv6("dns61", l.dns61);
+    json::ipv6("dns62", l.dns62);
     json::u8("conn_type6", l.conn_type6);
     json::u8("enable_dhcp6", l.enable_dhcp6);
-    ipv6("dhcp6_ipstart", l.dhcp6_ipstart);
-    ipv6("dhcp6_ipend", l.dhcp6_ipend);
+    json::ipv6("dhcp6_ipstart", l.dhcp6_ipstart);
+    json::ipv6("dhcp6_ipend", l.dhcp6_ipend);
     json::u32("dhcp6_lease", l.dhcp6_lease);
     json::u8("enable_radvd", l.enable_radvd);
     json::u8("ra_flag_M", l.ra_flag_M);

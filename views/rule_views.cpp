@@ -136,7 +136,7 @@ void list_slots(const char *name, const List &list, PrintSlot print_slot) {
     list_count(list.count);
     json::number("max_count", static_cast<int>(std::size(list.element)));
     json::slots(list.element, print_slot);
-    std::putchar(']');
+    json::raw(']');
 }
 
 // A list object that carries its own "resved", then the record's, then the end.
@@ -144,7 +144,7 @@ template <typename List, typename PrintSlot, size_t N>
 void list_and_record_end(const char *name, const List &list, PrintSlot print_slot,
                          const char (&record_resved)[N]) {
     list_slots(name, list, print_slot);
-    std::putchar(',');
+    json::raw(',');
     json::text("resved", list.resved, Sep::Last);
     json::close_object();
     json::text("resved", record_resved, Sep::Last);

@@ -41,7 +41,9 @@ void channel_line(const ap_device_record &ap, const char *channel) {
     for (const ap_radio &r : ap.m_conf.m_radio)
         current = current || r.m_channel == number;
     // The page reads the element under this spelling.
-    std::printf(current ? "<chnel curr=\"1\">%s</chnel>\n" : "<chnel>%s</chnel>\n", channel);
+    json::raw(current ? "<chnel curr=\"1\">" : "<chnel>");
+    json::raw(channel);
+    json::raw("</chnel>\n");
 }
 
 void print_slots(const ap_scan_slot *slots) {
@@ -52,10 +54,21 @@ void print_slots(const ap_scan_slot *slots) {
         // other names from the attribute's raw text.
         std::string_view name = member_text(s.m_name, sizeof s.m_name);
         const char *quote = name == "unknown" ? "\"" : "";
-        std::printf("<data id=\"%d\" channel=\"%d\" value=\"%d\" name=%s%.*s%s bssid=\"%s\" "
-                    "quality=\"%c\"> </data>\n",
-                    i, s.m_channel, s.m_signal, quote, static_cast<int>(name.size()), name.data(),
-                    quote, json::mac_text(s.m_bssid.mac).text, s.m_quality);
+        json::raw("<data id=\"");
+        json::raw_number(i);
+        json::raw("\" channel=\"");
+        json::raw_number(s.m_channel);
+        json::raw("\" value=\"");
+        json::raw_number(s.m_signal);
+        json::raw("\" name=");
+        json::raw(quote);
+        json::raw(name);
+        json::raw(quote);
+        json::raw(" bssid=\"");
+        json::raw(json::mac_text(s.m_bssid.mac).text);
+        json::raw("\" quality=\"");
+        json::raw(s.m_quality);
+        json::raw("\"> </data>\n");
     }
 }
 
@@ -63,13 +76,13 @@ void print_survey(const ap_scan_context *context, int ap_index, int radio,
                   std::span<const char *const> low, std::span<const char *const> high) {
     Survey survey = find(context, ap_index, radio);
     if (!survey.ap) return;
-    std::fputs("<?xml version=\"1.0\" encoding=\"utf-8\" ?>\n\n<datas>\n", stdout);
+    json::raw("<?xml version=\"1.0\" encoding=\"utf-8\" ?>\n\n<datas>\n");
     for (const char *c : low)
         channel_line(*survey.ap, c);
     for (const char *c : high)
         channel_line(*survey.ap, c);
     print_slots(survey.slots);
-    std::fputs("</datas>\n", stdout);
+    json::raw("</datas>\n");
 }
 
 } // namespace

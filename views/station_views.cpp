@@ -1,26 +1,14 @@
 // The station views: the stations of the device's own radios and of the managed AP.
-#include <cstdio>
 #include <cstring>
 #include <ctime>
 
 #include "config_data_api.h"
 #include "sys/support/paths.h"
-#include "sys/support/text.h"
-#include "webmgmt.h"
+#include "views/json_print.h"
 
 namespace {
 
-struct MacText {
-    char text[18];
-};
-
-MacText mac_text(const mac_field &mac) {
-    MacText t;
-    const uint8_t *m = mac.mac;
-    std::snprintf(t.text, sizeof t.text, "%02X:%02X:%02X:%02X:%02X:%02X", m[0], m[1], m[2], m[3],
-                  m[4], m[5]);
-    return t;
-}
+using namespace wm::json;
 
 bool mac_zero(const mac_field &mac) {
     for (uint8_t b : mac.mac)
@@ -35,11 +23,11 @@ void marks(const sta_entry &s, const clients_config *clients) {
     for (int i = 0; clients && i < kAccountsSearched; ++i) {
         const client_account &c = clients->m_client[i];
         if (std::memcmp(c.m_haddr.mac, s.m_mac.mac, sizeof s.m_mac.mac) != 0) {
-            std::fputs(",\"mark\":\"\"", stdout);
+            raw(",\"mark\":\"\"");
             continue;
         }
-        std::string_view mark = wm::member_text(c.m_mark, sizeof c.m_mark);
-        std::printf(",\"mark\":\"%.*s\"", int(mark.size()), mark.data());
+        raw(',');
+        pair_text("mark", c.m_mark);
         return;
     }
 }
@@ -49,9 +37,8 @@ void marks(const sta_entry &s, const clients_config *clients) {
 uint32_t online_seconds(int32_t since) {
     constexpr double kTenDays = 864000;
     if (since == 0) return 30;
-    char text[32];
-    std::snprintf(text, sizeof text, "%.0lf", std::difftime(std::time(nullptr), time_t(since)));
-    double seconds = std::strtod(text, nullptr);
+    // The difference of two whole times is whole: no rounding to do.
+    double seconds = std::difftime(std::time(nullptr), time_t(since));
     if (seconds > kTenDays || seconds < 0) return 30;
     return uint32_t(seconds);
 }
@@ -61,25 +48,32 @@ uint32_t online_seconds(int32_t since) {
 extern "C" {
 
 void printf_WiFi_user_json(const sta_table *stations, int radio, const clients_config *clients) {
-    std::printf("{\"DevStalist\":\n{\"sta\":[");
+    raw("{\"DevStalist\":\n{\"sta\":[");
     int count = 0;
     for (int i = 0; stations && i < WEBMGMT_STATIONS; ++i) {
         const sta_entry &s = stations->m_sta[i];
         if (s.m_time < 0 || mac_zero(s.m_mac) || s.m_signal == 0) continue;
-        MacText mac = mac_text(s.m_mac);
+        MacText mac = mac_text(s.m_mac.mac);
         char name[64] = "";
         get_DevnamebyMacfromLease(wm::fixed::kLeaseFile, mac.text, name);
-        std::string_view ip = wm::member_text(s.m_ip, sizeof s.m_ip);
-        std::printf("{\"mac\":\"%s\",\"name\":\"%s\",\"time\":\"%ld\",\"signal\":\"%d\","
-                    "\"radioid\":\"%d\",\"wlanid\":\"%d\",\"ip\":\"%.*s\",\"radio_type\":\"%d\","
-                    "\"tx_rate\":\"%d\",\"rx_rate\":\"%d\"",
-                    mac.text, name, long(s.m_time), s.m_signal, s.m_radioid, s.m_wlanid,
-                    int(ip.size()), ip.data(), 0, s.m_tx_rate, s.m_rx_rate);
+        raw('{');
+        pair("mac", mac.text, ",");
+        pair_text("name", name, ",");
+        pair_number("time", s.m_time, ",");
+        pair_number("signal", s.m_signal, ",");
+        pair_number("radioid", s.m_radioid, ",");
+        pair_number("wlanid", s.m_wlanid, ",");
+        pair_text("ip", s.m_ip, ",");
+        pair_number("radio_type", 0, ",");
+        pair_number("tx_rate", s.m_tx_rate, ",");
+        pair_number("rx_rate", s.m_rx_rate);
         marks(s, clients);
-        std::fputs("},", stdout);
+        raw("},");
         ++count;
     }
-    std::printf("{}],\"count\":\"%d\",\"radio\":\"%d\"}}\n", count, radio);
+    raw("{}],");
+    pair_number("count", count, ",");
+    pair_number("radio", radio, "}}\n");
 }
 
 void printf_ApUserList_user_json(const manage_ap_list_config *aps, const ap_user_config *stations) {
@@ -87,7 +81,7 @@ void printf_ApUserList_user_json(const manage_ap_list_config *aps, const ap_user
     const uint8_t *ap_mac = aps ? aps->m_ap[0].m_dev_mac.mac : nullptr;
     int table = ap_mac && stations ? SC_Get_ApUser_Info_By_Mac(stations, ap_mac) : -1;
     int device = ap_mac ? SC_Get_Ap_Info_By_Mac(aps, ap_mac) : -1;
-    std::printf("{\"DevStalist\":\n{\"sta\":[");
+    raw("{\"DevStalist\":\n{\"sta\":[");
     int count = 0;
     for (int i = 0; table >= 0 && i < WEBMGMT_STATIONS; ++i) {
         const sta_entry &s = stations->m_ap[table].m_sta[i];
@@ -99,13 +93,17 @@ void printf_ApUserList_user_json(const manage_ap_list_config *aps, const ap_user
         int radio_type = 0;
         if (device >= 0 && s.m_radioid >= 1 && s.m_radioid <= WEBMGMT_AP_RADIOS)
             radio_type = aps->m_ap[device].m_conf.m_radio[s.m_radioid - 1].m_radio_type;
-        std::string_view ip = wm::member_text(s.m_ip, sizeof s.m_ip);
-        std::printf("{\"mac\":\"%s\",\"time\":\"%s\",\"signal\":\"%d\",\"radioid\":\"%d\","
-                    "\"wlanid\":\"%d\",\"ip\":\"%.*s\",\"radio_type\":\"%d\"},",
-                    mac_text(s.m_mac).text, online, s.m_signal, s.m_radioid, s.m_wlanid,
-                    int(ip.size()), ip.data(), radio_type);
+        raw('{');
+        pair("mac", mac_text(s.m_mac.mac).text, ",");
+        pair_text("time", online, ",");
+        pair_number("signal", s.m_signal, ",");
+        pair_number("radioid", s.m_radioid, ",");
+        pair_number("wlanid", s.m_wlanid, ",");
+        pair_text("ip", s.m_ip, ",");
+        pair_number("radio_type", radio_type, "},");
     }
-    std::printf("{\"mac\":\"\",\"time\":\"\",\"signal\":\"\"}],\"count\":\"%d\"}}\n", count);
+    raw("{\"mac\":\"\",\"time\":\"\",\"signal\":\"\"}],");
+    pair_number("count", count, "}}\n");
 }
 
 } // extern "C"

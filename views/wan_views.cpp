@@ -1,5 +1,5 @@
 // The WAN view: every WAN line of the record, whatever its state.
-#include "views/address_print.h"
+#include "views/json_print.h"
 
 namespace wm {
 namespace {
@@ -39,17 +39,16 @@ void print_wan_line(const wan_line &w) {
     json::number("enable_pptp", w.enable_pptp);
     json::number("enable_l2tp", w.enable_l2tp);
     json::text("clone_mac", w.clone_mac);
-    json::Ipv6Printer ipv6;
     json::u8("enable_ipv6", w.enable_ipv6);
-    ipv6("ipaddr6", w.ipaddr6);
+    json::ipv6("ipaddr6", w.ipaddr6);
     json::u8("ipaddr6_prefix", w.ipaddr6_prefix);
-    ipv6("ipaddr6_local", w.ipaddr6_local);
+    json::ipv6("ipaddr6_local", w.ipaddr6_local);
     json::u8("ipaddr6_local_prefix", w.ipaddr6_local_prefix);
-    ipv6("gateway6", w.gateway6);
+    json::ipv6("gateway6", w.gateway6);
     json::u8("gateway6_prefix", w.gateway6_prefix);
     json::u8("enable_ipv6_dns", w.enable_ipv6_dns);
-    ipv6("dns61", w.dns61);
-    ipv6("dns62", w.dns62);
+    json::ipv6("dns61", w.dns61);
+    json::ipv6("dns62", w.dns62);
     json::text("resved", w.resved, Sep::Last);
 }
 
@@ -63,14 +62,14 @@ extern "C" {
 // The lines are a list named "wanconfig", with no count or max_count.
 void printf_Wan_json(const wan_config *config) {
     json::open_document();
-    std::fputs("\"wanconfig\":[", stdout);
+    json::raw("\"wanconfig\":[");
     size_t n = std::size(config->wanconfig);
     for (size_t i = 0; i < n; ++i) {
-        std::fputs("{\n", stdout);
+        json::raw("{\n");
         print_wan_line(config->wanconfig[i]);
-        std::fputs(i + 1 < n ? "}," : "}", stdout);
+        json::raw(i + 1 < n ? "}," : "}");
     }
-    std::fputs("],", stdout);
+    json::raw("],");
     json::text("resved", config->resved, json::Sep::Last);
     json::close_document();
 }

@@ -1,32 +1,17 @@
-// Printers shared by the wireless, template and managed-AP views: MAC texts, the escaped
-// SSID and key texts, members of compact one-line objects, and the VAP and radio blocks that
+// Printers shared by the wireless, template and managed-AP views: the escaped SSID and key
+// texts, members of compact one-line objects, and the VAP and radio blocks that
 // the default template, the template list and the managed APs have in common.
 #pragma once
-
-#include <cinttypes>
 
 #include "views/json_print.h"
 
 namespace wm::json {
 
-// "AA:BB:CC:DD:EE:FF" and its terminator.
-struct MacText {
-    char text[18];
-};
-inline MacText mac_text(const uint8_t *mac) {
-    MacText m{};
-    std::snprintf(m.text, sizeof m.text, "%02X:%02X:%02X:%02X:%02X:%02X", mac[0], mac[1], mac[2],
-                  mac[3], mac[4], mac[5]);
-    return m;
-}
-inline void mac(const char *key, const mac_field &value, Sep sep = Sep::Comma) {
-    text_view(key, mac_text(value.mac).text, sep);
-}
-
 // A text member passed through filter_json_name before printing. The member may fill its
 // room without a terminator, so it is copied to a terminated text first; every character
 // may double, so the escaped text has room for twice the member and the terminator.
-template <size_t N> void escaped(const char *key, const char (&member)[N], Sep sep = Sep::Comma) {
+template <size_t N>
+void escaped(std::string_view key, const char (&member)[N], Sep sep = Sep::Comma) {
     char plain[N + 1] = {};
     std::memcpy(plain, member, N);
     char out[2 * N + 1] = {};
@@ -34,30 +19,23 @@ template <size_t N> void escaped(const char *key, const char (&member)[N], Sep s
     text_view(key, member_text(out, sizeof out), sep);
 }
 
-inline void u32(const char *key, uint32_t value, Sep sep = Sep::Comma) {
-    std::printf("\"%s\":\"%" PRIu32 "\"%s\n", key, value, sep_text(sep));
-}
-inline void u64(const char *key, uint64_t value, Sep sep = Sep::Comma) {
-    std::printf("\"%s\":\"%" PRIu64 "\"%s\n", key, value, sep_text(sep));
-}
-
 // Members of a compact object, all on one line: `"key":"value"` with a leading comma for
 // every member but the first.
 struct Inline {
     bool first = true;
     void lead() {
-        if (!first) std::putchar(',');
+        if (!first) raw(',');
         first = false;
     }
-    void number(const char *key, long long value) {
+    void number(std::string_view key, long long value) {
         lead();
-        std::printf("\"%s\":\"%lld\"", key, value);
+        pair_number(key, value);
     }
-    void text(const char *key, std::string_view value) {
+    void text(std::string_view key, std::string_view value) {
         lead();
-        std::printf("\"%s\":\"%.*s\"", key, static_cast<int>(value.size()), value.data());
+        pair(key, value);
     }
-    template <size_t N> void member(const char *key, const char (&value)[N]) {
+    template <size_t N> void member(std::string_view key, const char (&value)[N]) {
         text(key, member_text(value, N));
     }
 };
@@ -88,11 +66,11 @@ inline void template_vap(const defap_vap &v) {
 // `"m_vap":[` and the four VAPs, each `{`-newline ... `}`, separated by commas, then `]`.
 template <typename Vap, size_t N, typename PrintVap>
 void vap_list(const Vap (&vaps)[N], PrintVap print_vap) {
-    std::fputs("\"m_vap\":[", stdout);
+    raw("\"m_vap\":[");
     for (size_t i = 0; i < N; ++i) {
-        std::fputs("{\n", stdout);
+        raw("{\n");
         print_vap(vaps[i]);
-        std::fputs(i + 1 < N ? "}," : "}]", stdout);
+        raw(i + 1 < N ? std::string_view{"},"} : std::string_view{"}]"});
     }
 }
 

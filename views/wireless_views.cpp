@@ -69,7 +69,7 @@ void print_vap(const wifi_vap &v) {
 }
 
 void print_radio(const wifi_radio &r) {
-    std::fputs("{\n", stdout);
+    json::raw("{\n");
     json::number("m_radio_type", r.m_radio_type);
     json::number("m_wirelessmode", r.m_wirelessmode);
     json::number("m_wirelessbwmode", r.m_wirelessbwmode);
@@ -111,7 +111,7 @@ void print_timeclose(const wifi_timeclose &t) {
 
 // The radio members a template carries (no chosen channel, ACK timeout, WMM or chains).
 void print_template_radio(const defap_radio &r) {
-    std::fputs("{\n", stdout);
+    json::raw("{\n");
     json::number("m_radio_type", r.m_radio_type);
     json::number("m_wirelessmode", r.m_wirelessmode);
     json::number("m_wirelessbwmode", r.m_wirelessbwmode);
@@ -138,15 +138,15 @@ template <size_t N>
 void print_template_body(const defap_radio (&radios)[3], const timereboot_config &reboot,
                          const defap_weblogin &login, const defap_iptv &iptv,
                          const char (&resved)[N]) {
-    std::fputs("\"m_radio\":[", stdout);
+    json::raw("\"m_radio\":[");
     for (int i = 0; i < 3; ++i) {
         print_template_radio(radios[i]);
-        if (i < 2) std::fputs("},", stdout);
+        if (i < 2) json::raw("},");
     }
-    std::putchar(',');
+    json::raw(',');
     json::device_blocks(reboot, login, iptv);
     json::text("resved", resved, Sep::Last);
-    std::fputs("}]}", stdout);
+    json::raw("}]}");
 }
 
 } // namespace
@@ -158,14 +158,14 @@ void printf_WiFi_json(const wifi_config *config, int32_t radio_count) {
     using namespace wm;
     json::open_document();
     json::number("m_repeater_radio_id", config->m_repeater_radio_id);
-    std::fputs("\"m_radio\":[", stdout);
+    json::raw("\"m_radio\":[");
     // The record holds three radios; a larger count prints those three.
     const int32_t radios = std::min<int32_t>(radio_count, WEBMGMT_WIFI_RADIO_COUNT);
     for (int32_t i = 0; i < radios; ++i)
         print_radio(config->m_radio[i]);
-    std::fputs("{}],", stdout);
+    json::raw("{}],");
     print_timeclose(config->m_timeclosectrl);
-    std::fputs("}}", stdout);
+    json::raw("}}");
 }
 
 void printf_WiFi_Timeclosectrl_json(const wifi_config *config) {
@@ -197,22 +197,22 @@ void printf_ApTemplateList_cf_json(const ap_template_entry *templates, int index
 void printf_ApTemplateList_json(const ap_template_entry *entry) {
     using namespace wm;
     if (!entry) return;
-    std::fputs("{\"WlanGroupList\":{\"data\":[", stdout);
+    json::raw("{\"WlanGroupList\":{\"data\":[");
     const bool used = entry->m_wlan_group_id >= 1;
     if (used) {
         json::Inline row;
-        std::putchar('{');
+        json::raw('{');
         row.number("WlanGroup_Id", entry->m_wlan_group_id);
         row.member("WlanGroup_Name", entry->m_wlan_group_name);
         row.text("WlanGroup_ApNum", "0");
         row.text("m_index", "0");
         row.member("WlanGroup_ModelName", entry->m_modelname);
-        std::fputs("},", stdout);
+        json::raw("},");
     }
     // The page counts rows with a bare number, unlike every other view.
-    std::printf("{\"WlanGroup_Id\":\"0\",\"WlanGroup_Name\":\"\",\"WlanGroup_ApNum\":\"\"}],"
-                "\"count\":%d}}",
-                used ? 1 : 0);
+    json::raw("{\"WlanGroup_Id\":\"0\",\"WlanGroup_Name\":\"\",\"WlanGroup_ApNum\":\"\"}],"
+              "\"count\":");
+    json::raw(used ? "1}}" : "0}}");
 }
 
 } // extern "C"
