@@ -13,8 +13,12 @@
 // --interval-ms the interval of --follow (default 2000)
 //
 // It writes the memory copies (as the daemon does: the fleet is gone after a reboot) and
-// ends on SIGTERM or SIGINT after the round it is in.
+// ends on SIGTERM or SIGINT after the round it is in. While it follows, what the console's
+// forms store stays: each round writes only what the APs report (status, online time,
+// station counts, traffic counters) into the managed-AP list as stored then, under the
+// list's lock file, which the console's AP forms hold around their own saves.
 #include <csignal>
+#include <cerrno>
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
@@ -24,6 +28,9 @@
 #include <string_view>
 
 #include <arpa/inet.h>
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "config_data_api.h"
 
@@ -236,6 +243,57 @@ int save(manage_ap_list_config *list, ap_runtime_config *runtime, ap_user_config
     return rc;
 }
 
+// What the APs report of `from`, put into `to`: everything else of `to` is the
+// administrator's (name, group, position, reboot schedule, configuration).
+void take_reported(ap_device_record &to, const ap_device_record &from) {
+    to.m_dev_status = from.m_dev_status;
+    to.m_onlinetime = from.m_onlinetime;
+    for (int r = 0; r < WEBMGMT_AP_RADIOS; ++r) {
+        to.m_conf.m_radio[r].m_stanum = from.m_conf.m_radio[r].m_stanum;
+        for (int v = 0; v < WEBMGMT_AP_VAPS; ++v) {
+            defap_vap &t = to.m_conf.m_radio[r].m_vap[v];
+            const defap_vap &f = from.m_conf.m_radio[r].m_vap[v];
+            t.m_tx_bytes = f.m_tx_bytes;
+            t.m_rx_bytes = f.m_rx_bytes;
+            t.m_tx_pkts = f.m_tx_pkts;
+            t.m_rx_pkts = f.m_rx_pkts;
+        }
+    }
+}
+
+// One round's write of the managed-AP list. A forked child loads the section afresh (the
+// store reloads for a new process), takes the list's lock file, puts the reported members
+// of `mine` into the stored APs of the same MAC and saves; 0 when that worked.
+int save_reported(const manage_ap_list_config &mine) {
+    pid_t pid = fork();
+    if (pid < 0) return -1;
+    if (pid == 0) {
+        auto *reported =
+            static_cast<manage_ap_list_config *>(std::malloc(sizeof(manage_ap_list_config)));
+        if (!reported) _exit(1);
+        std::memcpy(reported, &mine, sizeof mine);
+        manage_ap_list_config *stored = SC_Get_ManageApList_System_Config();
+        if (!stored) _exit(1);
+        char lock[sizeof stored->lock_file + 1] = {};
+        std::memcpy(lock, stored->lock_file, sizeof stored->lock_file);
+        int fd = lock[0] ? open(lock, O_RDWR | O_CREAT | O_CLOEXEC, 0644) : -1;
+        if (fd >= 0) sc_lock_reg(fd, 14, 1, 0, SEEK_CUR, 0, 0); // write lock, waiting
+        // The lock is ours: now read what the forms stored last.
+        stored = SC_Get_ManageApList_System_Config();
+        for (int i = 0; i < reported->count && i < WEBMGMT_AP_MAX; ++i) {
+            int at = SC_Get_Ap_Info_By_Mac(stored, reported->m_ap[i].m_dev_mac.mac);
+            if (at >= 0 && at < WEBMGMT_AP_MAX) take_reported(stored->m_ap[at], reported->m_ap[i]);
+        }
+        int rc = SC_Save_System_ManageApList_Config(stored);
+        if (fd >= 0) close(fd);
+        _exit(rc == CONFIG_OK ? 0 : 1);
+    }
+    int status = 0;
+    while (waitpid(pid, &status, 0) < 0)
+        if (errno != EINTR) return -1;
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0 ? 0 : -1;
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
@@ -302,7 +360,10 @@ int main(int argc, char **argv) {
                     vap.m_rx_pkts += uint32_t(n * 120);
                 }
         }
-        if (save(list, runtime, users) != CONFIG_OK)
+        int rc = save_reported(*list);
+        rc |= SC_Save_System_ApRuntime_Config(runtime);
+        rc |= SC_Save_System_ApUser_Config(users);
+        if (rc != CONFIG_OK)
             std::fprintf(stderr, "fleetd: the configuration store could not save the fleet\n");
     }
     return 0;

@@ -1,6 +1,3 @@
-// Not built yet: enable (rename to *_test.cpp) once the template and managed-AP views are in
-// the library, and match the view calls below to their final signatures.
-//
 // The round trip view -> form -> view: every member the template and managed-AP forms list
 // is sent a distinct value through a real POST and process_queue, and the view that shows
 // the member, printed by a fresh process from the store and read by Python's json parser,
@@ -77,9 +74,9 @@ std::vector<ViewRow> radio_rows(Counter &c, const std::string &radio) {
     return rows;
 }
 
-// The three device blocks, which the template views print inside the third radio.
-std::vector<ViewRow> block_rows(Counter &c, const std::string &radio) {
-    std::string at = radio + "[2].";
+// The three device blocks under `at`: the template views print them inside the third radio
+// ("m_radio[2]."), the managed-AP view beside the radios ("data[0].").
+std::vector<ViewRow> block_rows(Counter &c, const std::string &at) {
     std::vector<ViewRow> rows;
     for (const char *m : {"m_TimeRebootEnable", "m_TimeRebootType", "m_TimeReboot_Hour",
                           "m_TimeReboot_Day", "m_TimeReboot_Month", "m_TimeReboot_Week"})
@@ -143,7 +140,7 @@ TEST(ApFormsViews, EveryMemberRoundTripsThroughItsView) {
                    {},
                    radio_rows(c, "m_radio"),
                    [](const Records &r) { printf_DefApTemplate_json(r.def); }};
-        auto blocks = block_rows(c, "m_radio");
+        auto blocks = block_rows(c, "m_radio[2].");
         v.rows.insert(v.rows.end(), blocks.begin(), blocks.end());
         cases.push_back(v);
     }
@@ -159,7 +156,7 @@ TEST(ApFormsViews, EveryMemberRoundTripsThroughItsView) {
                                                      template_index(r, "office"));
                    }};
         if (op == 1) v.fixed.emplace_back("m_wlan_group_id", "1");
-        auto blocks = block_rows(c, "m_radio");
+        auto blocks = block_rows(c, "m_radio[2].");
         v.rows.insert(v.rows.end(), blocks.begin(), blocks.end());
         cases.push_back(v);
     }
@@ -178,7 +175,7 @@ TEST(ApFormsViews, EveryMemberRoundTripsThroughItsView) {
         v.rows.push_back(c.text("m_group_name", "data[0].m_group_name", 64));
         v.rows.push_back(c.byte("m_TimeRebootEnable", "data[0].m_TimeRebootEnable"));
         v.rows.push_back(c.text("m_RebootTime", "data[0].m_RebootTime", 32));
-        auto blocks = block_rows(c, "data[0].m_radio");
+        auto blocks = block_rows(c, "data[0].");
         v.rows.insert(v.rows.end(), blocks.begin(), blocks.begin() + 6); // the schedule only
         cases.push_back(v);
     }
@@ -204,12 +201,17 @@ TEST(ApFormsViews, BindingMovesTheApFromCandidatesToBound) {
                           return save_apTemplate_config_element(r.list, 0, p, n);
                       }),
               0);
+    // The view prints the row's radios outside the row object, as the device's page reads
+    // them; put back inside, the document is JSON.
     auto view = [](int mode) {
-        return viewtest::parse(stored([mode](const Records &r) {
+        std::string doc = stored([mode](const Records &r) {
             printf_ApTemplateList_mac_json(&r.aps->m_ap[0], r.list->m_template, 0, mode);
             std::fflush(stdout);
             return std::string();
-        }));
+        });
+        for (size_t at; (at = doc.find("\"},\"m_radio\":[")) != std::string::npos;)
+            doc.replace(at, 3, "\",");
+        return viewtest::parse(doc);
     };
     EXPECT_EQ(view(1).at("ApDevList.count"), "1");
     EXPECT_EQ(view(2).at("ApDevList.count"), "0");
