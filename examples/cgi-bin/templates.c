@@ -65,7 +65,7 @@ static const var_rule kRules[] = {
     {G_RADIO, "m_channel", FIELD_NUMBER, 0, 196, 0},
     {G_RADIO, "m_rev_option", FIELD_NUMBER, 0, 65535, 0},
     {G_RADIO, "m_coverage_threshold", FIELD_NUMBER, 0, 65535, 0},
-    {G_RADIO, "m_MaxStanum", FIELD_NUMBER, 1, 255, 0},
+    {G_RADIO, "m_MaxStanum", FIELD_NUMBER, 0, 255, 0},
     {G_RADIO, "contrystr", FIELD_TEXT, 2, 3, 0},
     {G_VAP, "m_wlan_enable", FIELD_NUMBER, 0, 1, 0},
     {G_VAP, "m_wlan_hide_ssid", FIELD_NUMBER, 0, 1, 0},
@@ -135,7 +135,13 @@ static int check_vars(const form_pair *pairs, int count, int groups, form_vars *
     for (int i = 0; i < count; ++i) {
         const var_rule *r = rule_of(pairs[i].name, groups);
         if (!r || out->count >= (int)(sizeof out->pairs / sizeof out->pairs[0])) continue;
-        if (!(r->optional && !pairs[i].value[0])) {
+        size_t n = strlen(pairs[i].value);
+        if (r->kind == FIELD_TEXT && r->min > 1 && n > 0 && n < (size_t)r->min) {
+            char m[64];
+            snprintf(m, sizeof m, "Enter from %ld to %ld characters.", r->min, r->max);
+            return field_refuse(e, pairs[i].name, m);
+        }
+        if (!(r->optional && n == 0)) {
             field_rule fr = {pairs[i].name, r->kind, r->min, r->max};
             if (check_one(&fr, pairs[i].value, e) != 0) return -1;
         }
