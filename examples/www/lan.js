@@ -4,7 +4,7 @@
 
 const DONE = {
   base: 'The LAN address is saved.',
-  vlans: 'The port VLAN ids are saved and applied to the switch.',
+  vlans: 'The port VLAN ids are saved.',
   devdhcp: 'The DHCP server is saved.',
   acdhcp: 'The controller DHCP server is saved.',
   ipv6: 'The IPv6 settings are saved.',
