@@ -272,14 +272,15 @@ int save_reported(const manage_ap_list_config &mine) {
             static_cast<manage_ap_list_config *>(std::malloc(sizeof(manage_ap_list_config)));
         if (!reported) _exit(1);
         std::memcpy(reported, &mine, sizeof mine);
-        manage_ap_list_config *stored = SC_Get_ManageApList_System_Config();
-        if (!stored) _exit(1);
-        char lock[sizeof stored->lock_file + 1] = {};
-        std::memcpy(lock, stored->lock_file, sizeof stored->lock_file);
+        // The lock file's name is the same in every copy of the section: the child's own
+        // copy is loaded only once the lock is held.
+        char lock[sizeof mine.lock_file + 1] = {};
+        std::memcpy(lock, mine.lock_file, sizeof mine.lock_file);
         int fd = lock[0] ? open(lock, O_RDWR | O_CREAT | O_CLOEXEC, 0644) : -1;
         if (fd >= 0) sc_lock_reg(fd, 14, 1, 0, SEEK_CUR, 0, 0); // write lock, waiting
         // The lock is ours: now read what the forms stored last.
-        stored = SC_Get_ManageApList_System_Config();
+        manage_ap_list_config *stored = SC_Get_ManageApList_System_Config();
+        if (!stored) _exit(1);
         for (int i = 0; i < reported->count && i < WEBMGMT_AP_MAX; ++i) {
             int at = SC_Get_Ap_Info_By_Mac(stored, reported->m_ap[i].m_dev_mac.mac);
             if (at >= 0 && at < WEBMGMT_AP_MAX) take_reported(stored->m_ap[at], reported->m_ap[i]);
