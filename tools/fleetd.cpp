@@ -16,7 +16,8 @@
 // ends on SIGTERM or SIGINT after the round it is in. While it follows, what the console's
 // forms store stays: each round writes only what the APs report (status, online time,
 // station counts, traffic counters) into the managed-AP list as stored then, under the
-// list's lock file, which the console's AP forms hold around their own saves.
+// list's lock file, which the console's AP forms hold around their own saves; and only its
+// APs' station tables into the station tables as stored then.
 #include <csignal>
 #include <cerrno>
 #include <cstdarg>
@@ -264,7 +265,22 @@ void take_reported(ap_device_record &to, const ap_device_record &from) {
 // One round's write of the managed-AP list. A forked child loads the section afresh (the
 // store reloads for a new process), takes the list's lock file, puts the reported members
 // of `mine` into the stored APs of the same MAC and saves; 0 when that worked.
-int save_reported(const manage_ap_list_config &mine) {
+// The station tables of the fleet's APs, put into the tables as stored now (found by the
+// AP's MAC): the device's own stations and other APs' tables, written by others, stay.
+int save_stations(const ap_user_config &mine) {
+    auto *reported = static_cast<ap_user_config *>(std::malloc(sizeof(ap_user_config)));
+    if (!reported) return -1;
+    std::memcpy(reported, &mine, sizeof mine);
+    ap_user_config *stored = SC_Get_ApUser_System_Config();
+    if (!stored) return -1;
+    for (int i = 0; i < reported->count && i < WEBMGMT_AP_MAX; ++i) {
+        int at = SC_Get_ApUser_Info_By_Mac(stored, reported->m_ap[i].m_ap_mac.mac);
+        if (at >= 0 && at < WEBMGMT_AP_MAX) stored->m_ap[at] = reported->m_ap[i];
+    }
+    return SC_Save_System_ApUser_Config(stored);
+}
+
+int save_reported(const manage_ap_list_config &mine, const ap_user_config &stations) {
     pid_t pid = fork();
     if (pid < 0) return -1;
     if (pid == 0) {
@@ -287,6 +303,7 @@ int save_reported(const manage_ap_list_config &mine) {
         }
         int rc = SC_Save_System_ManageApList_Config(stored);
         if (fd >= 0) close(fd);
+        rc |= save_stations(stations);
         _exit(rc == CONFIG_OK ? 0 : 1);
     }
     int status = 0;
@@ -361,9 +378,8 @@ int main(int argc, char **argv) {
                     vap.m_rx_pkts += uint32_t(n * 120);
                 }
         }
-        int rc = save_reported(*list);
+        int rc = save_reported(*list, *users);
         rc |= SC_Save_System_ApRuntime_Config(runtime);
-        rc |= SC_Save_System_ApUser_Config(users);
         if (rc != CONFIG_OK)
             std::fprintf(stderr, "fleetd: the configuration store could not save the fleet\n");
     }
