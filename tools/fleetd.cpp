@@ -13,8 +13,13 @@
 // --interval-ms the interval of --follow (default 2000)
 //
 // It writes the memory copies (as the daemon does: the fleet is gone after a reboot) and
-// ends on SIGTERM or SIGINT after the round it is in.
+// ends on SIGTERM or SIGINT after the round it is in. While it follows, what the console's
+// forms store stays: each round writes only what the APs report (status, online time,
+// station counts, traffic counters) into the managed-AP list as stored then, under the
+// list's lock file, which the console's AP forms hold around their own saves; and only its
+// APs' station tables into the station tables as stored then.
 #include <csignal>
+#include <cerrno>
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
@@ -24,6 +29,9 @@
 #include <string_view>
 
 #include <arpa/inet.h>
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "config_data_api.h"
 
@@ -236,6 +244,74 @@ int save(manage_ap_list_config *list, ap_runtime_config *runtime, ap_user_config
     return rc;
 }
 
+// What the APs report of `from`, put into `to`: everything else of `to` is the
+// administrator's (name, group, position, reboot schedule, configuration).
+void take_reported(ap_device_record &to, const ap_device_record &from) {
+    to.m_dev_status = from.m_dev_status;
+    to.m_onlinetime = from.m_onlinetime;
+    for (int r = 0; r < WEBMGMT_AP_RADIOS; ++r) {
+        to.m_conf.m_radio[r].m_stanum = from.m_conf.m_radio[r].m_stanum;
+        for (int v = 0; v < WEBMGMT_AP_VAPS; ++v) {
+            defap_vap &t = to.m_conf.m_radio[r].m_vap[v];
+            const defap_vap &f = from.m_conf.m_radio[r].m_vap[v];
+            t.m_tx_bytes = f.m_tx_bytes;
+            t.m_rx_bytes = f.m_rx_bytes;
+            t.m_tx_pkts = f.m_tx_pkts;
+            t.m_rx_pkts = f.m_rx_pkts;
+        }
+    }
+}
+
+// One round's write of the managed-AP list. A forked child loads the section afresh (the
+// store reloads for a new process), takes the list's lock file, puts the reported members
+// of `mine` into the stored APs of the same MAC and saves; 0 when that worked.
+// The station tables of the fleet's APs, put into the tables as stored now (found by the
+// AP's MAC): the device's own stations and other APs' tables, written by others, stay.
+int save_stations(const ap_user_config &mine) {
+    auto *reported = static_cast<ap_user_config *>(std::malloc(sizeof(ap_user_config)));
+    if (!reported) return -1;
+    std::memcpy(reported, &mine, sizeof mine);
+    ap_user_config *stored = SC_Get_ApUser_System_Config();
+    if (!stored) return -1;
+    for (int i = 0; i < reported->count && i < WEBMGMT_AP_MAX; ++i) {
+        int at = SC_Get_ApUser_Info_By_Mac(stored, reported->m_ap[i].m_ap_mac.mac);
+        if (at >= 0 && at < WEBMGMT_AP_MAX) stored->m_ap[at] = reported->m_ap[i];
+    }
+    return SC_Save_System_ApUser_Config(stored);
+}
+
+int save_reported(const manage_ap_list_config &mine, const ap_user_config &stations) {
+    pid_t pid = fork();
+    if (pid < 0) return -1;
+    if (pid == 0) {
+        auto *reported =
+            static_cast<manage_ap_list_config *>(std::malloc(sizeof(manage_ap_list_config)));
+        if (!reported) _exit(1);
+        std::memcpy(reported, &mine, sizeof mine);
+        // The lock file's name is the same in every copy of the section: the child's own
+        // copy is loaded only once the lock is held.
+        char lock[sizeof mine.lock_file + 1] = {};
+        std::memcpy(lock, mine.lock_file, sizeof mine.lock_file);
+        int fd = lock[0] ? open(lock, O_RDWR | O_CREAT | O_CLOEXEC, 0644) : -1;
+        if (fd >= 0) sc_lock_reg(fd, 14, 1, 0, SEEK_CUR, 0, 0); // write lock, waiting
+        // The lock is ours: now read what the forms stored last.
+        manage_ap_list_config *stored = SC_Get_ManageApList_System_Config();
+        if (!stored) _exit(1);
+        for (int i = 0; i < reported->count && i < WEBMGMT_AP_MAX; ++i) {
+            int at = SC_Get_Ap_Info_By_Mac(stored, reported->m_ap[i].m_dev_mac.mac);
+            if (at >= 0 && at < WEBMGMT_AP_MAX) take_reported(stored->m_ap[at], reported->m_ap[i]);
+        }
+        int rc = SC_Save_System_ManageApList_Config(stored);
+        if (fd >= 0) close(fd);
+        rc |= save_stations(stations);
+        _exit(rc == CONFIG_OK ? 0 : 1);
+    }
+    int status = 0;
+    while (waitpid(pid, &status, 0) < 0)
+        if (errno != EINTR) return -1;
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0 ? 0 : -1;
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
@@ -302,7 +378,9 @@ int main(int argc, char **argv) {
                     vap.m_rx_pkts += uint32_t(n * 120);
                 }
         }
-        if (save(list, runtime, users) != CONFIG_OK)
+        int rc = save_reported(*list, *users);
+        rc |= SC_Save_System_ApRuntime_Config(runtime);
+        if (rc != CONFIG_OK)
             std::fprintf(stderr, "fleetd: the configuration store could not save the fleet\n");
     }
     return 0;

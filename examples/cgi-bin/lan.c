@@ -8,6 +8,9 @@
  * POST lan.cgi?stork=T  form=base|vlans|ipv6|devdhcp|acdhcp|lease and the form's variables;
  *      a lease also carries list=dev|ac and action=add|modify|delete|deleteall (and "id").
  *
+ * The port VLANs, once stored, are applied to the switch (ConfigLanPortVLAN): that answer
+ * adds "applied":0, or -1 when a switch command failed.
+ *
  * Answers {"result":N} with the library's result (for leases the store's: 0 done, 3 the
  * list is full, 4 no lease has that id), or 400 {"error":"...","field":"..."} when a value
  * would break the device (then nothing is stored).
@@ -150,9 +153,14 @@ static int apply_base(const request *r, const checked_form *f, field_error *e, i
     return 0;
 }
 
+/* What the switch said to the port VLANs just saved: 0 applied, -1 a switch command failed. */
+static int vlans_applied = 1;
+
+/* The device applies the port VLANs to the switch once they are stored, as it does at boot. */
 static int apply_vlans(const request *r, const checked_form *f, field_error *e, int *result) {
     (void)e;
     save_lan_base(r->lan, f->pairs, f->count);
+    vlans_applied = ConfigLanPortVLAN(r->lan);
     *result = 0;
     return 0;
 }
@@ -245,10 +253,16 @@ static int apply_form(form_pair *pairs, int count) {
         field_error e;
         int result = 0;
         if (check_fields(kForms[i].rules, kForms[i].n, pairs, count, &f, &e) == 0 &&
-            kForms[i].apply(&r, &f, &e, &result) == 0)
-            reply_result(result);
-        else
+            kForms[i].apply(&r, &f, &e, &result) == 0) {
+            if (vlans_applied != 1) {
+                cgi_begin_json(200, NULL);
+                printf("{\"result\":%d,\"applied\":%d}\n", result, vlans_applied);
+            } else {
+                reply_result(result);
+            }
+        } else {
             reply_refusal(&e);
+        }
         return 0;
     }
     cgi_reply_error(404, "no such form");

@@ -8,6 +8,8 @@
  *           its IPv4 address, mask and MAC; the default gateway
  *   leases  the DHCP server's leases, in the order the device lists them
  *   arp     the complete ARP entries, with host names from the leases
+ *   ipv6    the addresses of the LAN interface ("br-lan", or if=NAME), the IPv6 routes of
+ *           every device, the LAN's default gateway and the IPv6 name servers
  */
 #include "cgi_common.h"
 
@@ -204,20 +206,77 @@ static int view_arp(void) {
     return 0;
 }
 
+#define LAN_IFNAME "br-lan"
+
+static int view_ipv6(void) {
+    char ifname[16] = LAN_IFNAME, sent[64];
+    if (cgi_query_value("if", sent, sizeof sent) == 0) {
+        size_t n = strlen(sent);
+        if (n == 0 || n >= sizeof ifname ||
+            strspn(sent, "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789._-") !=
+                n) {
+            cgi_reply_error(400, "if: an interface name of letters, digits, '.', '_' or '-'");
+            return 0;
+        }
+        memcpy(ifname, sent, n + 1);
+    }
+    static ipv6_addr_entry addresses[16];
+    static ipv6_route_entry routes[64];
+    int na = getIfIPV6_list(ifname, addresses, 16);
+    int nr = ipv6_route_get("", routes, 64);
+    char gateway[WEBMGMT_IPV6_TEXT] = "", dns1[WEBMGMT_IPV6_TEXT] = "",
+         dns2[WEBMGMT_IPV6_TEXT] = "";
+    if (ipv6_default_gateway(ifname, gateway, sizeof gateway) != 0) gateway[0] = '\0';
+    int nd = resolv_ipv6_nameserver(dns1, dns2, sizeof dns1);
+    cgi_begin_json(200, NULL);
+    printf("{");
+    print_pair("ifname", ifname, 0);
+    printf(",\"addresses\":[");
+    for (int i = 0; i < na; ++i) {
+        printf("%s{", i ? "," : "");
+        print_pair("address", addresses[i].address, 0);
+        print_number_pair("prefix", (uint64_t)addresses[i].prefix_len, 1);
+        print_pair("scope",
+                   addresses[i].scope == 0      ? "global"
+                   : addresses[i].scope == 0x20 ? "link"
+                   : addresses[i].scope == 0x10 ? "host"
+                                                : "other",
+                   1);
+        printf("}");
+    }
+    printf("],\"routes\":[");
+    for (int i = 0; i < nr; ++i) {
+        printf("%s{", i ? "," : "");
+        print_pair("destination", routes[i].destination, 0);
+        print_number_pair("prefix", (uint64_t)routes[i].prefix_len, 1);
+        print_pair("next_hop", routes[i].next_hop, 1);
+        print_number_pair("metric", (uint64_t)(uint32_t)routes[i].metric, 1);
+        print_pair("device", routes[i].device, 1);
+        printf("}");
+    }
+    printf("]");
+    print_pair("gateway", gateway, 1);
+    printf(",\"dns\":[");
+    if (nd > 0) cgi_print_json_string(dns1);
+    if (nd > 1) {
+        printf(",");
+        cgi_print_json_string(dns2);
+    }
+    printf("]}\n");
+    return 0;
+}
+
 static const struct {
     const char *name;
     int (*print)(void);
-} kViews[] = {{"system", view_system},
-              {"ports", view_ports},
-              {"leases", view_leases},
-              {"arp", view_arp},
-              {NULL, NULL}};
+} kViews[] = {{"system", view_system}, {"ports", view_ports}, {"leases", view_leases},
+              {"arp", view_arp},       {"ipv6", view_ipv6},   {NULL, NULL}};
 
 int main(void) {
     if (cgi_require_session(0) != 0) return 0;
     char name[32];
     if (cgi_query_value("view", name, sizeof name) != 0) {
-        cgi_reply_error(400, "name the view: status.cgi?view=system|ports|leases|arp");
+        cgi_reply_error(400, "name the view: status.cgi?view=system|ports|leases|arp|ipv6");
         return 0;
     }
     for (size_t i = 0; kViews[i].name; ++i)

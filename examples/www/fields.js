@@ -72,6 +72,7 @@ const Fields = {
         WM.show((FORM_RESULTS[body.result] || 'The device refused the change') + ' (code ' + body.result + ').', false);
         return null;
       }
+      Fields.last = body; // the whole answer, for what a page reads besides the result
       WM.show(done, true);
       return body.result;
     } catch (e) {

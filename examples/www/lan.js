@@ -36,6 +36,10 @@ function setUpForms() {
       event.preventDefault();
       const name = form.dataset.form;
       const result = await Fields.post(form, 'lan.cgi', { form: name, ...Fields.read(form) }, DONE[name]);
+      // The port VLANs are applied to the switch once stored; say so when it refused them.
+      if (result === 0 && name === 'vlans' && Fields.last.applied === -1) {
+        WM.show('The port VLAN ids are saved, but the switch did not take them.', false);
+      }
       if (result !== null) await loadForms();
     });
   }

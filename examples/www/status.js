@@ -1,5 +1,5 @@
 // The status page: system figures and the load chart refreshed every few seconds; ports,
-// addresses, leases and the ARP table on load and with the system figures.
+// addresses, IPv6 state, leases and the ARP table on load and with the system figures.
 'use strict';
 WM.menu('status');
 
@@ -130,8 +130,8 @@ async function refreshSystem() {
 }
 
 async function refreshTables() {
-  const [ports, leases, arp] = await Promise.all(
-    [statusView('ports'), statusView('leases'), statusView('arp')]);
+  const [ports, leases, arp, ipv6] = await Promise.all(
+    [statusView('ports'), statusView('leases'), statusView('arp'), statusView('ipv6')]);
   rows('ports', ports.ports, (p) => [
     [p.port], [p.ifname], [p.link, p.link === 'up' ? 'up' : 'down'], [p.speed], [p.duplex],
     [p.rx], [p.tx], [p.rx_packets + ' / ' + p.tx_packets],
@@ -141,6 +141,11 @@ async function refreshTables() {
     ports.gateway ? ports.gateway + ' (' + ports.gateway_if + ')' : 'none';
   rows('leases', leases.leases, (l) => [[l.name], [l.mac], [l.ip], [duration(l.expires)]]);
   rows('arp', arp.arp, (a) => [[a.ip], [a.mac], [a.name]]);
+  document.getElementById('ipv6-if').textContent = ipv6.ifname;
+  rows('ipv6-addresses', ipv6.addresses, (a) => [[a.address], [a.prefix], [a.scope]]);
+  document.getElementById('ipv6-gateway').textContent = ipv6.gateway || 'none';
+  document.getElementById('ipv6-dns').textContent = ipv6.dns.join(', ') || 'none';
+  rows('ipv6-routes', ipv6.routes, (r) => [[r.destination + '/' + r.prefix], [r.next_hop], [r.metric], [r.device]]);
 }
 
 async function tick() {

@@ -54,5 +54,12 @@ run(async (page) => {
   check('the loopback address is shown', addresses.some((a) => a[0] === 'lo' && a[1] === '127.0.0.1' && a[2] === '255.0.0.0'));
   check('the gateway line is filled', (await page.textContent('#gateway')) !== '');
   check('the ARP table is shown', (await page.$$('#arp tbody tr')).length >= 1);
+  // The IPv6 card: the LAN interface (the demo machine has no br-lan) and the kernel's routes.
+  check('the IPv6 card names the LAN interface', (await page.textContent('#ipv6-if')) === 'br-lan');
+  const routes = await page.$$eval('#ipv6-routes tbody tr', (trs) => trs.map((tr) => [...tr.cells].map((c) => c.textContent)));
+  check('the IPv6 routes are listed as destination/prefix: ' + routes.map((r) => r[0]).join(', '),
+    routes.length >= 1 && routes.every((r) => r[0] === 'none' || /^[0-9a-f:]+\/\d+$/.test(r[0])));
+  check('the IPv6 gateway and name servers are filled', (await page.textContent('#ipv6-gateway')) !== '' &&
+    (await page.textContent('#ipv6-dns')) !== '');
   await screenshot(page, 'status');
 });
