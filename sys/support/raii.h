@@ -30,8 +30,7 @@ class UniqueFd {
         return fd;
     }
     void reset(int fd = -1) {
-        if (fd_ >= 0)
-            ::close(fd_);
+        if (fd_ >= 0) ::close(fd_);
         fd_ = fd;
     }
 
@@ -47,8 +46,7 @@ class UniqueFile {
     UniqueFile(const UniqueFile &) = delete;
     UniqueFile &operator=(const UniqueFile &) = delete;
     ~UniqueFile() {
-        if (f_)
-            std::fclose(f_);
+        if (f_) std::fclose(f_);
     }
     FILE *get() const { return f_; }
     explicit operator bool() const { return f_ != nullptr; }
@@ -73,8 +71,7 @@ class UniqueDir {
     UniqueDir(const UniqueDir &) = delete;
     UniqueDir &operator=(const UniqueDir &) = delete;
     ~UniqueDir() {
-        if (d_)
-            ::closedir(d_);
+        if (d_) ::closedir(d_);
     }
     DIR *get() const { return d_; }
     explicit operator bool() const { return d_ != nullptr; }
@@ -112,8 +109,7 @@ class FileLock {
     ~FileLock() { unlock(); }
     bool locked() const { return locked_; }
     void unlock() {
-        if (locked_)
-            apply(F_UNLCK);
+        if (locked_) apply(F_UNLCK);
         locked_ = false;
     }
 

@@ -13,11 +13,9 @@ namespace wm {
 
 // Copies as much of `src` as fits and always terminates; returns the length copied.
 inline size_t copy_bounded(std::span<char> dst, std::string_view src) {
-    if (dst.empty())
-        return 0;
+    if (dst.empty()) return 0;
     size_t n = src.size() < dst.size() - 1 ? src.size() : dst.size() - 1;
-    if (n)
-        std::memcpy(dst.data(), src.data(), n);
+    if (n) std::memcpy(dst.data(), src.data(), n);
     dst[n] = '\0';
     return n;
 }
@@ -25,8 +23,7 @@ inline size_t copy_bounded(std::span<char> dst, std::string_view src) {
 // Appends to the NUL-terminated text in `dst`, bounded by the buffer.
 inline size_t append_bounded(std::span<char> dst, std::string_view src) {
     size_t used = strnlen(dst.data(), dst.size());
-    if (used >= dst.size())
-        return used;
+    if (used >= dst.size()) return used;
     return used + copy_bounded(dst.subspan(used), src);
 }
 
@@ -53,8 +50,7 @@ inline std::string_view env_text(const char *name) {
 // A heap copy of `s` (malloc), NUL-terminated; null when allocation fails.
 inline char *heap_copy(std::string_view s) {
     auto *p = static_cast<char *>(std::malloc(s.size() + 1));
-    if (!p)
-        return nullptr;
+    if (!p) return nullptr;
     if (!s.empty()) // an empty view may have no data at all (tail() returns one)
         std::memcpy(p, s.data(), s.size());
     p[s.size()] = '\0';

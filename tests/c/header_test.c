@@ -16,7 +16,6 @@ int main(void) {
         fprintf(stderr, "print_byte_to_string gave %s\n", text);
         return 1;
     }
-    if (free_buffer(get_buffer(16), 16) != 0)
-        return 1;
+    if (free_buffer(get_buffer(16), 16) != 0) return 1;
     return 0;
 }

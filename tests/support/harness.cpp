@@ -27,11 +27,9 @@ void collect(int out_fd, int err_fd, ChildResult &r) {
                 FD_SET(fd, &set);
                 maxfd = std::max(maxfd, fd);
             }
-        if (select(maxfd + 1, &set, nullptr, nullptr, nullptr) < 0)
-            continue;
+        if (select(maxfd + 1, &set, nullptr, nullptr, nullptr) < 0) continue;
         for (int i = 0; i < 2; ++i) {
-            if (fds[i] < 0 || !FD_ISSET(fds[i], &set))
-                continue;
+            if (fds[i] < 0 || !FD_ISSET(fds[i], &set)) continue;
             char buf[65536];
             ssize_t n = read(fds[i], buf, sizeof buf);
             if (n <= 0) {
@@ -50,8 +48,7 @@ void collect(int out_fd, int err_fd, ChildResult &r) {
 TempRoot::TempRoot() {
     const char *old = getenv("WEBMGMT_ROOT");
     had_root_ = old != nullptr;
-    if (old)
-        old_root_ = old;
+    if (old) old_root_ = old;
     char templ[] = "/tmp/webmgmt-test-XXXXXX";
     dir_ = mkdtemp(templ);
     for (const char *sub : {"/var", "/var/run", "/tmp", "/usr", "/usr/sbin", "/etc"})
@@ -65,17 +62,17 @@ TempRoot::~TempRoot() {
         setenv("WEBMGMT_ROOT", old_root_.c_str(), 1);
     else
         unsetenv("WEBMGMT_ROOT");
-    if (dir_.size() > 10)
-        run_shell("rm -rf '" + dir_ + "'");
+    if (dir_.size() > 10) run_shell("rm -rf '" + dir_ + "'");
 }
 
-int ChildResult::exit_code() const { return WIFEXITED(status) ? WEXITSTATUS(status) : -1; }
+int ChildResult::exit_code() const {
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
 
 ChildResult run_in_child(const std::function<int()> &body, const std::string &input) {
     ChildResult r;
     int in[2], out[2], err[2];
-    if (pipe(in) || pipe(out) || pipe(err))
-        return r;
+    if (pipe(in) || pipe(out) || pipe(err)) return r;
     fflush(nullptr);
     pid_t pid = fork();
     if (pid == 0) {
@@ -99,8 +96,7 @@ ChildResult run_in_child(const std::function<int()> &body, const std::string &in
         size_t off = 0;
         while (off < input.size()) {
             ssize_t n = write(in[1], input.data() + off, input.size() - off);
-            if (n <= 0)
-                break;
+            if (n <= 0) break;
             off += size_t(n);
         }
         _exit(0);
@@ -138,7 +134,9 @@ bool file_exists(const std::string &path) {
     return lstat(path.c_str(), &st) == 0;
 }
 
-std::string source_dir() { return WEBMGMT_SOURCE_DIR; }
+std::string source_dir() {
+    return WEBMGMT_SOURCE_DIR;
+}
 std::string binary_dir() {
     const char *b = getenv("WEBMGMT_BIN_DIR");
     return b ? b : WEBMGMT_BINARY_DIR;

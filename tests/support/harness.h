@@ -25,9 +25,9 @@ class TempRoot {
 };
 
 struct ChildResult {
-    int status = -1;     // wait status
-    std::string out;     // what the child wrote on standard output
-    std::string err;     // and on standard error
+    int status = -1; // wait status
+    std::string out; // what the child wrote on standard output
+    std::string err; // and on standard error
     int exit_code() const;
 };
 
