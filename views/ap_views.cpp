@@ -137,37 +137,14 @@ void deleted_row(const mac_field &bound) {
               "\"m_dev_modelname\":\"\"},");
 }
 
-void full_radio(const ap_radio &r) {
-    json::raw("{\n");
-    json::number("m_radio_type", r.m_radio_type);
-    json::number("m_wirelessmode", r.m_wirelessmode);
-    json::number("m_wirelessbwmode", r.m_wirelessbwmode);
-    json::number("m_ampduenable", r.m_ampduenable);
-    json::number("m_wlan_isolate", r.m_wlan_isolate);
-    json::number("m_wlan_rate", r.m_wlan_rate);
-    json::number("m_wlan_beacon_interval", r.m_wlan_beacon_interval);
-    json::number("m_wlan_rts", r.m_wlan_rts);
-    json::number("m_wlan_frag", r.m_wlan_frag);
-    json::number("m_wlan_shortGI", r.m_wlan_shortGI);
-    json::number("m_wlan_txpower", r.m_wlan_txpower); // the stored level, not the page's
-    json::number("m_wlan_max_txpower", r.m_wlan_max_txpower);
-    json::number("m_channel", r.m_channel);
-    json::number("m_channel_config", r.m_channel_config);
-    json::number("m_rev_option", r.m_rev_option);
-    json::number("m_coverage_threshold", r.m_coverage_threshold);
-    json::number("m_MaxStanum", r.m_MaxStanum);
-    json::text("contrystr", r.contrystr);
-    json::vap_list(r.m_vap, json::template_vap);
-    json::raw('}');
-}
-
 // Every radio whatever m_wlan_radio_num says; the keys and passwords as stored (the page is
 // the administrator's). It ends in "}]}": the caller opens an object and an array first.
 void full_configuration(const ap_device_record &ap) {
     json::open_document();
     json::raw("\"index_ap\":\"0\",\n\"m_radio\":[");
     for (int i = 0; i < WEBMGMT_AP_RADIOS; ++i) {
-        full_radio(ap.m_conf.m_radio[i]);
+        json::template_radio(ap.m_conf.m_radio[i]);
+        json::raw('}');
         if (i + 1 < WEBMGMT_AP_RADIOS) json::raw(',');
     }
     json::raw("],");

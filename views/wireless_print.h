@@ -74,6 +74,32 @@ void vap_list(const Vap (&vaps)[N], PrintVap print_vap) {
     }
 }
 
+// `{`-newline and the radio members a template carries, then its VAPs; the caller closes
+// the object. A managed AP's radio (it has `m_channel_config`) also shows the channel it
+// chose after the configured one.
+template <typename Radio> void template_radio(const Radio &r) {
+    raw("{\n");
+    number("m_radio_type", r.m_radio_type);
+    number("m_wirelessmode", r.m_wirelessmode);
+    number("m_wirelessbwmode", r.m_wirelessbwmode);
+    number("m_ampduenable", r.m_ampduenable);
+    number("m_wlan_isolate", r.m_wlan_isolate);
+    number("m_wlan_rate", r.m_wlan_rate);
+    number("m_wlan_beacon_interval", r.m_wlan_beacon_interval);
+    number("m_wlan_rts", r.m_wlan_rts);
+    number("m_wlan_frag", r.m_wlan_frag);
+    number("m_wlan_shortGI", r.m_wlan_shortGI);
+    number("m_wlan_txpower", r.m_wlan_txpower); // the stored level, not the page's
+    number("m_wlan_max_txpower", r.m_wlan_max_txpower);
+    number("m_channel", r.m_channel);
+    if constexpr (requires { r.m_channel_config; }) number("m_channel_config", r.m_channel_config);
+    number("m_rev_option", r.m_rev_option);
+    number("m_coverage_threshold", r.m_coverage_threshold);
+    number("m_MaxStanum", r.m_MaxStanum);
+    text("contrystr", r.contrystr);
+    vap_list(r.m_vap, template_vap);
+}
+
 // The reboot schedule, web login and IPTV objects of a template or an AP, each closed by `},`.
 inline void device_blocks(const timereboot_config &r, const defap_weblogin &w,
                           const defap_iptv &t) {

@@ -109,29 +109,6 @@ void print_timeclose(const wifi_timeclose &t) {
     json::text("m_end_time", t.m_end_time, Sep::Last);
 }
 
-// The radio members a template carries (no chosen channel, ACK timeout, WMM or chains).
-void print_template_radio(const defap_radio &r) {
-    json::raw("{\n");
-    json::number("m_radio_type", r.m_radio_type);
-    json::number("m_wirelessmode", r.m_wirelessmode);
-    json::number("m_wirelessbwmode", r.m_wirelessbwmode);
-    json::number("m_ampduenable", r.m_ampduenable);
-    json::number("m_wlan_isolate", r.m_wlan_isolate);
-    json::number("m_wlan_rate", r.m_wlan_rate);
-    json::number("m_wlan_beacon_interval", r.m_wlan_beacon_interval);
-    json::number("m_wlan_rts", r.m_wlan_rts);
-    json::number("m_wlan_frag", r.m_wlan_frag);
-    json::number("m_wlan_shortGI", r.m_wlan_shortGI);
-    json::number("m_wlan_txpower", r.m_wlan_txpower);
-    json::number("m_wlan_max_txpower", r.m_wlan_max_txpower);
-    json::number("m_channel", r.m_channel);
-    json::number("m_rev_option", r.m_rev_option);
-    json::number("m_coverage_threshold", r.m_coverage_threshold);
-    json::number("m_MaxStanum", r.m_MaxStanum);
-    json::text("contrystr", r.contrystr);
-    json::vap_list(r.m_vap, json::template_vap);
-}
-
 // The radios of a template. The page reads the reboot, login and IPTV objects and "resved"
 // as members of the third radio object, so they are printed inside it.
 template <size_t N>
@@ -140,7 +117,7 @@ void print_template_body(const defap_radio (&radios)[3], const timereboot_config
                          const char (&resved)[N]) {
     json::raw("\"m_radio\":[");
     for (int i = 0; i < 3; ++i) {
-        print_template_radio(radios[i]);
+        json::template_radio(radios[i]);
         if (i < 2) json::raw("},");
     }
     json::raw(',');

@@ -192,3 +192,29 @@ const char *cgi_device_path(const char *device, char *out, size_t size) {
     snprintf(out, size, "%s%s", root ? root : "", device);
     return out;
 }
+
+int cgi_serve(cgi_view_fn print, const char *usage, cgi_form_fn apply, int capacity) {
+    const char *method = getenv("REQUEST_METHOD");
+    if (method && strcmp(method, "GET") == 0) {
+        /* The session check reads the query string, which decoding would remove. */
+        if (cgi_require_session(0) != 0) return 0;
+        if (!usage) return print(NULL);
+        char name[32];
+        if (cgi_query_value("view", name, sizeof name) != 0) {
+            cgi_reply_error(400, usage);
+            return 0;
+        }
+        return print(name);
+    }
+    if (cgi_require_post() != 0 || cgi_require_session(1) != 0) return 0;
+    form_pair *pairs = calloc((size_t)capacity, sizeof *pairs);
+    if (!pairs) {
+        cgi_reply_error(500, "out of memory");
+        return 1;
+    }
+    int count = cgi_read_form(pairs, capacity);
+    if (cgi_require_plain_values(pairs, count) == 0) apply(pairs, count);
+    cgi_free_form(pairs, count);
+    free(pairs);
+    return 0;
+}

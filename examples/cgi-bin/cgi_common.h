@@ -60,6 +60,15 @@ int cgi_require_same_origin(void);
  * needs it, and once hashed it is an unsalted digest that can be tried offline. */
 void cgi_print_system_view(const misc_config *record);
 
+/* The usual program of a settings page. A GET from a logged-in browser prints a view:
+ * print(name) with the query's "view" variable, answering 400 with `usage` when there is
+ * none (with `usage` NULL no name is read and print(NULL) is called). A POST from a
+ * logged-in browser carrying its token is decoded (at most `capacity` pairs) and, when every
+ * value is plain text, handed to apply. Returns the program's exit status. */
+typedef int (*cgi_view_fn)(const char *name);
+typedef void (*cgi_form_fn)(form_pair *pairs, int count);
+int cgi_serve(cgi_view_fn print, const char *usage, cgi_form_fn apply, int capacity);
+
 /* `device` (such as "/var/loginfail") inside WEBMGMT_ROOT when that is set. */
 const char *cgi_device_path(const char *device, char *out, size_t size);
 

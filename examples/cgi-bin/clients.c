@@ -307,20 +307,5 @@ static int print_view(const char *name) {
 }
 
 int main(void) {
-    const char *method = getenv("REQUEST_METHOD");
-    if (method && strcmp(method, "GET") == 0) {
-        if (cgi_require_session(0) != 0) return 0;
-        char name[32];
-        if (cgi_query_value("view", name, sizeof name) != 0) {
-            cgi_reply_error(400, "name the view: clients.cgi?view=...");
-            return 0;
-        }
-        return print_view(name);
-    }
-    if (cgi_require_post() != 0 || cgi_require_session(1) != 0) return 0;
-    form_pair pairs[CGI_MAX_PAIRS];
-    int count = cgi_read_form(pairs, CGI_MAX_PAIRS);
-    if (cgi_require_plain_values(pairs, count) == 0) apply_form(pairs, count);
-    cgi_free_form(pairs, count);
-    return 0;
+    return cgi_serve(print_view, "name the view: clients.cgi?view=...", apply_form, CGI_MAX_PAIRS);
 }

@@ -225,11 +225,11 @@ static int apply_lease(const request *r, const checked_form *f, field_error *e, 
     return 0;
 }
 
-static int apply_form(form_pair *pairs, int count) {
+static void apply_form(form_pair *pairs, int count) {
     lan_config *lan = SC_Get_Lan_System_Config();
     if (!lan) {
         cgi_reply_error(500, "the configuration store could not load the LAN section");
-        return 0;
+        return;
     }
     const char *form = cgi_form_value(pairs, count, "form");
     if (!form) form = "";
@@ -263,10 +263,9 @@ static int apply_form(form_pair *pairs, int count) {
         } else {
             reply_refusal(&e);
         }
-        return 0;
+        return;
     }
     cgi_reply_error(404, "no such form");
-    return 0;
 }
 
 static int print_view(const char *name) {
@@ -299,20 +298,6 @@ static int print_view(const char *name) {
 }
 
 int main(void) {
-    const char *method = getenv("REQUEST_METHOD");
-    if (method && strcmp(method, "GET") == 0) {
-        if (cgi_require_session(0) != 0) return 0;
-        char name[32];
-        if (cgi_query_value("view", name, sizeof name) != 0) {
-            cgi_reply_error(400, "name the view: lan.cgi?view=lan|acleases|vlans");
-            return 0;
-        }
-        return print_view(name);
-    }
-    if (cgi_require_post() != 0 || cgi_require_session(1) != 0) return 0;
-    form_pair pairs[CGI_MAX_PAIRS];
-    int count = cgi_read_form(pairs, CGI_MAX_PAIRS);
-    if (cgi_require_plain_values(pairs, count) == 0) apply_form(pairs, count);
-    cgi_free_form(pairs, count);
-    return 0;
+    return cgi_serve(print_view, "name the view: lan.cgi?view=lan|acleases|vlans", apply_form,
+                     CGI_MAX_PAIRS);
 }

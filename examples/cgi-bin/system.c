@@ -346,7 +346,7 @@ static const struct {
     {"product", check_product, apply_product},
 };
 
-static void post_form(const form_pair *pairs, int count) {
+static void post_form(form_pair *pairs, int count) {
     const char *name = cgi_form_value(pairs, count, "form");
     for (size_t i = 0; name && i < sizeof kForms / sizeof kForms[0]; ++i) {
         if (strcmp(kForms[i].name, name) != 0) continue;
@@ -395,7 +395,8 @@ static void close_section(void) {
     first_member = 0;
 }
 
-static int print_view(void) {
+static int print_view(const char *unused) {
+    (void)unused;
     const misc_config *m = SC_Get_Misc_System_Config();
     const wifi_config *w = SC_Get_SC_WiFi_Config();
     const productinfo_config *p = SC_Get_ProductInfo_System_Config();
@@ -472,15 +473,5 @@ static int print_view(void) {
 }
 
 int main(void) {
-    const char *method = getenv("REQUEST_METHOD");
-    if (method && strcmp(method, "GET") == 0) {
-        if (cgi_require_session(0) != 0) return 0;
-        return print_view();
-    }
-    if (cgi_require_post() != 0 || cgi_require_session(1) != 0) return 0;
-    static form_pair pairs[SETTINGS_MAX_PAIRS];
-    int count = cgi_read_form(pairs, SETTINGS_MAX_PAIRS);
-    if (cgi_require_plain_values(pairs, count) == 0) post_form(pairs, count);
-    cgi_free_form(pairs, count);
-    return 0;
+    return cgi_serve(print_view, NULL, post_form, SETTINGS_MAX_PAIRS);
 }

@@ -120,7 +120,7 @@ static int apply_line(const form_pair *pairs, int count, field_error *e, int *re
     return 0;
 }
 
-static int apply_form(form_pair *pairs, int count) {
+static void apply_form(form_pair *pairs, int count) {
     const char *form = cgi_form_value(pairs, count, "form");
     field_error e;
     checked_form f;
@@ -141,13 +141,12 @@ static int apply_form(form_pair *pairs, int count) {
         if (!refused) result = save_cloud_base(SC_Get_Misc_System_Config(), f.pairs, f.count);
     } else {
         cgi_reply_error(404, "no such form");
-        return 0;
+        return;
     }
     if (refused)
         reply_refusal(&e);
     else
         reply_result(result);
-    return 0;
 }
 
 /* A text member that may fill its room without a terminator. */
@@ -191,20 +190,6 @@ static int print_view(const char *name) {
 }
 
 int main(void) {
-    const char *method = getenv("REQUEST_METHOD");
-    if (method && strcmp(method, "GET") == 0) {
-        if (cgi_require_session(0) != 0) return 0;
-        char name[32];
-        if (cgi_query_value("view", name, sizeof name) != 0) {
-            cgi_reply_error(400, "name the view: wan.cgi?view=wan|bypass|cloud");
-            return 0;
-        }
-        return print_view(name);
-    }
-    if (cgi_require_post() != 0 || cgi_require_session(1) != 0) return 0;
-    form_pair pairs[CGI_MAX_PAIRS];
-    int count = cgi_read_form(pairs, CGI_MAX_PAIRS);
-    if (cgi_require_plain_values(pairs, count) == 0) apply_form(pairs, count);
-    cgi_free_form(pairs, count);
-    return 0;
+    return cgi_serve(print_view, "name the view: wan.cgi?view=wan|bypass|cloud", apply_form,
+                     CGI_MAX_PAIRS);
 }

@@ -269,7 +269,7 @@ static int post_timeclose(request *r) {
     return save_wifi_timeclose_config(NULL, r->out.pairs, r->out.count);
 }
 
-static void post_form(const form_pair *pairs, int count) {
+static void post_form(form_pair *pairs, int count) {
     static const struct {
         const char *name;
         int (*post)(request *);
@@ -335,7 +335,8 @@ static void print_access_point(const wifi_vap *v) {
     putchar('}');
 }
 
-static int print_view(void) {
+static int print_view(const char *unused) {
+    (void)unused;
     const wifi_config *w = SC_Get_SC_WiFi_Config();
     if (!w) {
         cgi_reply_error(500, "the configuration store could not load the wireless settings");
@@ -376,15 +377,5 @@ static int print_view(void) {
 }
 
 int main(void) {
-    const char *method = getenv("REQUEST_METHOD");
-    if (method && strcmp(method, "GET") == 0) {
-        if (cgi_require_session(0) != 0) return 0;
-        return print_view();
-    }
-    if (cgi_require_post() != 0 || cgi_require_session(1) != 0) return 0;
-    static form_pair pairs[SETTINGS_MAX_PAIRS];
-    int count = cgi_read_form(pairs, SETTINGS_MAX_PAIRS);
-    if (cgi_require_plain_values(pairs, count) == 0) post_form(pairs, count);
-    cgi_free_form(pairs, count);
-    return 0;
+    return cgi_serve(print_view, NULL, post_form, SETTINGS_MAX_PAIRS);
 }
