@@ -15,51 +15,13 @@
 #include "store/config_data_api.h"
 #include "support/harness.h"
 
+using wmtest::Child;
+using wmtest::finish_child;
+using wmtest::start_child;
 using wmtest::TempRoot;
+using wmtest::waiting_for_lock;
 
 namespace {
-
-bool waiting_for_lock(pid_t pid) {
-    std::ifstream locks("/proc/locks");
-    std::string line;
-    while (std::getline(locks, line)) {
-        std::istringstream fields(line);
-        std::string number, arrow, kind, mode, access;
-        long who = 0;
-        if (fields >> number >> arrow >> kind >> mode >> access >> who && arrow == "->" &&
-            who == long(pid))
-            return true;
-    }
-    return false;
-}
-
-struct Child {
-    pid_t pid = -1;
-    int fd = -1;
-};
-template <typename F> Child start(F body) {
-    int p[2];
-    if (pipe(p) != 0) return {};
-    std::fflush(nullptr);
-    pid_t pid = fork();
-    if (pid == 0) {
-        close(p[0]);
-        int v = body();
-        if (write(p[1], &v, sizeof v) != sizeof v) _exit(2);
-        _exit(0);
-    }
-    close(p[1]);
-    return {pid, p[0]};
-}
-int finish(const Child &c) {
-    int v = -999;
-    if (read(c.fd, &v, sizeof v) != sizeof v) v = -998;
-    close(c.fd);
-    int status = 0;
-    waitpid(c.pid, &status, 0);
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
-    return v;
-}
 
 int add_entry(const char *name_value, const char *mac_value) {
     char n[] = "name", m[] = "mac";
@@ -76,7 +38,7 @@ TEST(AclLock, AddWaitsForTheLock) {
     fl.l_type = F_WRLCK;
     fl.l_whence = SEEK_SET;
     ASSERT_EQ(fcntl(fd, F_SETLKW, &fl), 0);
-    Child adder = start([] { return add_entry("cam", "00:00:00:00:00:01"); });
+    Child adder = start_child([] { return add_entry("cam", "00:00:00:00:00:01"); });
     bool seen = false;
     for (long spins = 0; spins < 100000000 && !seen; ++spins) {
         seen = waiting_for_lock(adder.pid);
@@ -89,7 +51,7 @@ TEST(AclLock, AddWaitsForTheLock) {
     fl.l_type = F_UNLCK;
     ASSERT_EQ(fcntl(fd, F_SETLK, &fl), 0);
     close(fd);
-    EXPECT_EQ(finish(adder), 0);
+    EXPECT_EQ(finish_child(adder), 0);
 }
 
 // Both processes are released together; whichever takes the lock first stores the name,
@@ -106,8 +68,8 @@ TEST(AclLock, SameNameFromTwoProcessesIsStoredOnce) {
         if (write(ready[1], &byte, 1) != 1 || read(go[0], &byte, 1) != 1) return -1;
         return add_entry("same", mac);
     };
-    Child a = start([&] { return adder("00:00:00:00:00:0A"); });
-    Child b = start([&] { return adder("00:00:00:00:00:0B"); });
+    Child a = start_child([&] { return adder("00:00:00:00:00:0A"); });
+    Child b = start_child([&] { return adder("00:00:00:00:00:0B"); });
     close(ready[1]);
     close(go[0]);
     char byte;
@@ -116,7 +78,7 @@ TEST(AclLock, SameNameFromTwoProcessesIsStoredOnce) {
     ASSERT_EQ(write(go[1], "gg", 2), 2);
     close(go[1]);
     close(ready[0]);
-    int ra = finish(a), rb = finish(b);
+    int ra = finish_child(a), rb = finish_child(b);
     EXPECT_EQ(ra + rb, 10) << ra << " " << rb;
     EXPECT_TRUE((ra == 0 && rb == 10) || (ra == 10 && rb == 0)) << ra << " " << rb;
 

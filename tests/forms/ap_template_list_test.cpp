@@ -12,7 +12,11 @@
 #include "tests/forms/ap_forms_util.h"
 
 using namespace aptest;
+using wmtest::Child;
+using wmtest::finish_child;
+using wmtest::start_child;
 using wmtest::TempRoot;
+using wmtest::waiting_for_lock;
 
 namespace {
 
@@ -157,35 +161,6 @@ TEST(ApTemplateList, BindAndUnbind) {
 }
 
 // A child that reports one int through a pipe once the parent says go.
-struct Child {
-    pid_t pid = -1;
-    int fd = -1;
-};
-
-template <typename F> Child start(int ready_fd, int go_fd, F body) {
-    int p[2];
-    if (pipe(p) != 0) return {};
-    std::fflush(nullptr);
-    pid_t pid = fork();
-    if (pid == 0) {
-        close(p[0]);
-        int v = body(ready_fd, go_fd);
-        if (write(p[1], &v, sizeof v) != sizeof v) _exit(2);
-        _exit(0);
-    }
-    close(p[1]);
-    return {pid, p[0]};
-}
-
-int finish(const Child &c) {
-    int v = -999;
-    if (read(c.fd, &v, sizeof v) != sizeof v) v = -998;
-    close(c.fd);
-    int status = 0;
-    waitpid(c.pid, &status, 0);
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
-    return v;
-}
 
 // Both processes load the list (empty of the name) before either adds, then add at once:
 // one template is stored, one process gets the duplicate code.
@@ -207,8 +182,8 @@ TEST(ApTemplateList, SameNameFromTwoProcesses) {
             form_pair pairs[] = {{n.data(), v.data()}};
             return save_apTemplate_config_element(list, 0, pairs, 1);
         };
-        Child a = start(ready[1], go[0], adder);
-        Child b = start(ready[1], go[0], adder);
+        Child a = start_child([&] { return adder(ready[1], go[0]); });
+        Child b = start_child([&] { return adder(ready[1], go[0]); });
         close(ready[1]);
         close(go[0]);
         char byte;
@@ -217,7 +192,7 @@ TEST(ApTemplateList, SameNameFromTwoProcesses) {
         ASSERT_EQ(write(go[1], "gg", 2), 2);
         close(go[1]);
         close(ready[0]);
-        int ra = finish(a), rb = finish(b);
+        int ra = finish_child(a), rb = finish_child(b);
         EXPECT_EQ(std::min(ra, rb), 0);
         EXPECT_EQ(std::max(ra, rb), WEBMGMT_FORM_DUPLICATE);
         std::string list = templates();
@@ -228,21 +203,6 @@ TEST(ApTemplateList, SameNameFromTwoProcesses) {
         EXPECT_EQ(named, 1u) << list;
         EXPECT_NE(list.find("count " + std::to_string(round + 1)), std::string::npos) << list;
     }
-}
-
-// Whether /proc/locks shows process `pid` waiting for a lock (its pid field only).
-bool waiting_for_lock(pid_t pid) {
-    std::ifstream locks("/proc/locks");
-    std::string line;
-    while (std::getline(locks, line)) {
-        std::istringstream fields(line);
-        std::string number, arrow, kind, mode, access;
-        long who = 0;
-        if (fields >> number >> arrow >> kind >> mode >> access >> who && arrow == "->" &&
-            who == long(pid))
-            return true;
-    }
-    return false;
 }
 
 // An add waits while another process holds the list's lock file.
@@ -256,7 +216,7 @@ TEST(ApTemplateList, AddWaitsForTheListLock) {
     fl.l_type = F_WRLCK;
     fl.l_whence = SEEK_SET;
     ASSERT_EQ(fcntl(fd, F_SETLKW, &fl), 0);
-    Child adder = start(-1, -1, [](int, int) {
+    Child adder = start_child([] {
         std::string n = "m_wlan_group_name", v = "waited";
         form_pair pairs[] = {{n.data(), v.data()}};
         return save_apTemplate_config_element(SC_Get_ApTemplateList_System_Config(), 0, pairs, 1);
@@ -275,7 +235,7 @@ TEST(ApTemplateList, AddWaitsForTheListLock) {
     fl.l_type = F_UNLCK;
     ASSERT_EQ(fcntl(fd, F_SETLK, &fl), 0);
     close(fd);
-    EXPECT_EQ(finish(adder), 0);
+    EXPECT_EQ(finish_child(adder), 0);
     EXPECT_EQ(templates(), "1:waited count 1");
 }
 

@@ -16,55 +16,13 @@
 #include "store/config_data_api.h"
 #include "support/harness.h"
 
+using wmtest::Child;
+using wmtest::finish_child;
+using wmtest::start_child;
 using wmtest::TempRoot;
+using wmtest::waiting_for_lock;
 
 namespace {
-
-// Whether /proc/locks shows process `pid` waiting for a lock. A waiter's line reads
-// "<n>: -> <kind> <mode> <access> <pid> <device:inode> <start> <end>"; only the pid field
-// counts (another test's lock may start at an offset that reads like the pid).
-bool waiting_for_lock(pid_t pid) {
-    std::ifstream locks("/proc/locks");
-    std::string line;
-    while (std::getline(locks, line)) {
-        std::istringstream fields(line);
-        std::string number, arrow, kind, mode, access;
-        long who = 0;
-        if (fields >> number >> arrow >> kind >> mode >> access >> who && arrow == "->" &&
-            who == long(pid))
-            return true;
-    }
-    return false;
-}
-
-// A child that reports one int through a pipe and exits.
-struct Child {
-    pid_t pid = -1;
-    int fd = -1;
-};
-template <typename F> Child start(F body) {
-    int p[2];
-    if (pipe(p) != 0) return {};
-    std::fflush(nullptr);
-    pid_t pid = fork();
-    if (pid == 0) {
-        close(p[0]);
-        int v = body();
-        if (write(p[1], &v, sizeof v) != sizeof v) _exit(2);
-        _exit(0);
-    }
-    close(p[1]);
-    return {pid, p[0]};
-}
-int finish(const Child &c) {
-    int v = -999;
-    if (read(c.fd, &v, sizeof v) != sizeof v) v = -998;
-    close(c.fd);
-    int status = 0;
-    waitpid(c.pid, &status, 0);
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
-    return v;
-}
 
 // The name check waits while another process holds the list's lock.
 TEST(NameLock, CheckWaitsForTheListLock) {
@@ -81,7 +39,7 @@ TEST(NameLock, CheckWaitsForTheListLock) {
     fl.l_whence = SEEK_SET;
     ASSERT_EQ(fcntl(fd, F_SETLKW, &fl), 0);
 
-    Child checker = start([] {
+    Child checker = start_child([] {
         return filterate_name(SC_Get_VsIpport_System_Config(), "web", 0, WEBMGMT_KIND_VSIPPORT);
     });
     // Wait (without a clock) until the kernel lists the child as a waiter on our lock.
@@ -97,7 +55,7 @@ TEST(NameLock, CheckWaitsForTheListLock) {
     fl.l_type = F_UNLCK;
     ASSERT_EQ(fcntl(fd, F_SETLK, &fl), 0);
     close(fd);
-    EXPECT_EQ(finish(checker), 0);
+    EXPECT_EQ(finish_child(checker), 0);
 }
 
 // Both processes fetch the list, then add the same name at once: both checks pass (each
@@ -125,8 +83,8 @@ TEST(NameLock, SameNameFromTwoProcessesIsStoredTwice) {
         form_pair all[] = {pairs[0], pairs[1], {portn, portv}};
         return save_vsipport_config_element(set.vsipport, 0, all, 3, &set);
     };
-    Child a = start([&] { return adder(8001); });
-    Child b = start([&] { return adder(8002); });
+    Child a = start_child([&] { return adder(8001); });
+    Child b = start_child([&] { return adder(8002); });
     close(ready[1]);
     close(go[0]);
     char byte;
@@ -135,8 +93,8 @@ TEST(NameLock, SameNameFromTwoProcessesIsStoredTwice) {
     ASSERT_EQ(write(go[1], "gg", 2), 2);
     close(go[1]);
     close(ready[0]);
-    EXPECT_EQ(finish(a), CONFIG_OK);
-    EXPECT_EQ(finish(b), CONFIG_OK);
+    EXPECT_EQ(finish_child(a), CONFIG_OK);
+    EXPECT_EQ(finish_child(b), CONFIG_OK);
 
     auto list = wmtest::run_in_child([] {
         const vsipport_config *c = SC_Get_VsIpport_System_Config();

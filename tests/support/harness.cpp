@@ -1,6 +1,9 @@
 #include "harness.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
@@ -140,6 +143,45 @@ std::string source_dir() {
 std::string binary_dir() {
     const char *b = getenv("WEBMGMT_BIN_DIR");
     return b ? b : WEBMGMT_BINARY_DIR;
+}
+
+Child start_child(const std::function<int()> &body) {
+    int p[2];
+    if (pipe(p) != 0) return {};
+    std::fflush(nullptr);
+    pid_t pid = fork();
+    if (pid == 0) {
+        close(p[0]);
+        int v = body();
+        if (write(p[1], &v, sizeof v) != sizeof v) _exit(2);
+        _exit(0);
+    }
+    close(p[1]);
+    return {pid, p[0]};
+}
+
+int finish_child(const Child &c) {
+    int v = -999;
+    if (read(c.fd, &v, sizeof v) != sizeof v) v = -998;
+    close(c.fd);
+    int status = 0;
+    waitpid(c.pid, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    return v;
+}
+
+bool waiting_for_lock(pid_t pid) {
+    std::ifstream locks("/proc/locks");
+    std::string line;
+    while (std::getline(locks, line)) {
+        std::istringstream fields(line);
+        std::string number, arrow, kind, mode, access;
+        long who = 0;
+        if (fields >> number >> arrow >> kind >> mode >> access >> who && arrow == "->" &&
+            who == long(pid))
+            return true;
+    }
+    return false;
 }
 
 } // namespace wmtest

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <sys/types.h>
 #include <string>
 
 namespace wmtest {
@@ -34,6 +35,20 @@ struct ChildResult {
 // Runs `body` in a forked child whose standard input is `input`; the child exits with the
 // value `body` returns. Use it for anything that prints, exits or reads standard input.
 ChildResult run_in_child(const std::function<int()> &body, const std::string &input = "");
+
+// A forked child that reports one int through a pipe: started by start_child, collected by
+// finish_child (which also expects a clean exit).
+struct Child {
+    pid_t pid = -1;
+    int fd = -1;
+};
+Child start_child(const std::function<int()> &body);
+int finish_child(const Child &c);
+
+// Whether /proc/locks shows process `pid` waiting for a lock. A waiter's line reads
+// "<n>: -> <kind> <mode> <access> <pid> <device:inode> <start> <end>"; only the pid field
+// counts (another test's lock may start at an offset that reads like the pid).
+bool waiting_for_lock(pid_t pid);
 
 // Runs a shell command line and captures its output.
 ChildResult run_shell(const std::string &command, const std::string &input = "");
