@@ -6,33 +6,13 @@
 #include <cstring>
 
 #include "config_data_api.h"
+#include "forms/list_ops.h"
 #include "forms/binding.h"
 #include "sys/support/paths.h"
 #include "sys/support/raii.h"
 
 namespace wm {
 namespace {
-
-constexpr int kOpDelete = -1;
-constexpr int kOpDeleteAll = -2;
-constexpr int kOpAdd = 0;
-
-// The device's 64-bit lock commands, which sc_lock_reg maps to the host's own.
-constexpr int kLockCmdSet = 13;
-constexpr int kLockCmdSetWait = 14;
-constexpr int kLockWrite = 1;
-constexpr int kLockUnlock = 2;
-
-struct DeleteKey {
-    char text[5];
-};
-
-DeleteKey delete_key(const form_pair *pairs, int count) {
-    DeleteKey key;
-    std::memset(&key, 0, sizeof key);
-    get_prop_n("id", key.text, pairs, count, sizeof key.text);
-    return key;
-}
 
 // An access-list entry as the pages send it; the MAC is kept as the text "mac" carries.
 void bind_acl(Bindings &b, acl_entry &e) {
@@ -61,27 +41,25 @@ bool radio_ok(int radio) {
 int add_or_modify_acl(int op, const form_pair *pairs, int count, int radio) {
     acl_entry e = bound_entry(pairs, count);
 
-    DevicePath lock = device_path(fixed::kWifiAclLock);
-    UniqueFd fd(::open(lock.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644));
-    if (!fd) {
-        std::printf("Cannot Lock file %s", fixed::kWifiAclLock);
-        std::fflush(stdout);
-        return WEBMGMT_FORM_DUPLICATE;
-    }
-    sc_lock_reg(fd.get(), kLockCmdSetWait, kLockWrite, 0, SEEK_CUR, 0, 0);
-
-    wifi_config *wifi = SC_Get_SC_WiFi_Config();
+    wifi_config *wifi = nullptr;
     int rc;
-    if (!wifi) {
-        rc = -1;
-    } else if (filterate_name(&wifi->m_radio[radio].m_acllist, e.name, e.id, WEBMGMT_KIND_ACL) !=
-               0) {
-        rc = WEBMGMT_FORM_DUPLICATE;
-    } else {
-        rc = op == kOpAdd ? AddAclItem(wifi, &e, radio) : ModifyAclItem(wifi, &e, radio);
+    {
+        ListFileLock lock(device_path(fixed::kWifiAclLock).c_str());
+        if (!lock.locked()) {
+            std::printf("Cannot Lock file %s", fixed::kWifiAclLock);
+            std::fflush(stdout);
+            return WEBMGMT_FORM_DUPLICATE;
+        }
+        wifi = SC_Get_SC_WiFi_Config();
+        if (!wifi) {
+            rc = -1;
+        } else if (filterate_name(&wifi->m_radio[radio].m_acllist, e.name, e.id,
+                                  WEBMGMT_KIND_ACL) != 0) {
+            rc = WEBMGMT_FORM_DUPLICATE;
+        } else {
+            rc = op == kOpAdd ? AddAclItem(wifi, &e, radio) : ModifyAclItem(wifi, &e, radio);
+        }
     }
-
-    sc_lock_reg(fd.get(), kLockCmdSet, kLockUnlock, 0, SEEK_CUR, 0, 0);
     if (wifi && rc != WEBMGMT_FORM_DUPLICATE) SC_Save_SC_WiFi_Config(wifi);
     return rc;
 }

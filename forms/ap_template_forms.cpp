@@ -14,6 +14,7 @@
 #include <cstring>
 
 #include "config_data_api.h"
+#include "forms/list_ops.h"
 #include "conf/number_text.h"
 #include "forms/ap_vars.h"
 #include "sys/support/raii.h"
@@ -22,24 +23,8 @@
 namespace wm {
 namespace {
 
-constexpr int kOpDelete = -1;
-constexpr int kOpDeleteAll = -2;
-constexpr int kOpAdd = 0;
-
-// The device's 64-bit lock commands, which sc_lock_reg maps to the host's own.
-constexpr int kLockCmdSet = 13;
-constexpr int kLockCmdSetWait = 14;
-constexpr int kLockWrite = 1;
-constexpr int kLockUnlock = 2;
-
-// The key of the store's per-template calls: the id as text in a zeroed 32-bit word and a
-// byte, as the rule lists' delete keys.
-struct TemplateKey {
-    char text[5];
-};
-
-TemplateKey key_of(int32_t id) {
-    TemplateKey key;
+DeleteKey key_of(int32_t id) {
+    DeleteKey key;
     std::memset(&key, 0, sizeof key);
     char digits[12];
     std::snprintf(digits, sizeof digits, "%d", int(id));
@@ -53,25 +38,16 @@ int32_t sent_id(const form_pair *pairs, int count) {
     return text_to_int32(value);
 }
 
-// The list's lock file, write-locked for the life of the object. A list whose lock file
-// cannot be opened is still checked, under no lock.
-class ListLock {
-  public:
-    explicit ListLock(const ap_template_list_config &list) {
-        char path[sizeof list.lock_file];
-        copy_bounded(path, member_text(list.lock_file, sizeof list.lock_file));
-        if (path[0]) fd_.reset(::open(path, O_RDWR | O_CREAT | O_CLOEXEC, 0644));
-        if (fd_) sc_lock_reg(fd_.get(), kLockCmdSetWait, kLockWrite, 0, SEEK_CUR, 0, 0);
-    }
-    ~ListLock() {
-        if (fd_) sc_lock_reg(fd_.get(), kLockCmdSet, kLockUnlock, 0, SEEK_CUR, 0, 0);
-    }
-    ListLock(const ListLock &) = delete;
-    ListLock &operator=(const ListLock &) = delete;
-
-  private:
-    UniqueFd fd_;
+// The list's lock file, write-locked while a name is checked. A list whose lock file cannot
+// be opened is still checked, under no lock.
+struct LockFile {
+    char path[sizeof(ap_template_list_config::lock_file) + 1];
 };
+LockFile lock_file_of(const ap_template_list_config &list) {
+    LockFile f{};
+    copy_bounded(f.path, member_text(list.lock_file, sizeof list.lock_file));
+    return f;
+}
 
 // Whether a used template other than `id` bears `name`.
 bool name_taken(const ap_template_list_config &list, const char *name, int32_t id) {
@@ -119,12 +95,12 @@ int add_template(ap_template_list_config *list, const FormVars &v) {
     apply_template(v, e);
     e.m_wlan_group_id = 0;
 
-    ListLock lock(*list);
+    ListFileLock lock(lock_file_of(*list).path);
     int rc = AddApTemplateItem(list, &e);
     if (rc == CONFIG_ERR_FULL) return -1;
     if (rc != CONFIG_OK) return rc;
     if (name_taken(*list, e.m_wlan_group_name, e.m_wlan_group_id)) {
-        TemplateKey key = key_of(e.m_wlan_group_id);
+        DeleteKey key = key_of(e.m_wlan_group_id);
         DelApTemplateItem(list, &key);
         return WEBMGMT_FORM_DUPLICATE;
     }
@@ -144,7 +120,7 @@ int modify_template(ap_template_list_config *list, int32_t id, const FormVars &v
     apply_template(v, e);
     e.m_wlan_group_id = id;
 
-    ListLock lock(*list);
+    ListFileLock lock(lock_file_of(*list).path);
     int rc = ModifyApTemplateItem(list, &e);
     if (rc == CONFIG_ERR_NO_ID) return -1;
     if (rc != CONFIG_OK) return rc;
@@ -192,10 +168,7 @@ int save_apTemplate_config_element(ap_template_list_config *list, int op, const 
     if (!list) return -1;
     FormVars v(pairs, count);
     if (op == kOpDelete) {
-        TemplateKey key;
-        std::memset(&key, 0, sizeof key);
-        // Four characters and the terminator fit; a longer id is cut rather than overrun.
-        get_prop_n("m_wlan_group_id", key.text, pairs, count, sizeof key.text);
+        DeleteKey key = delete_key(pairs, count, "m_wlan_group_id");
         DelApTemplateItem(list, &key);
         return 0;
     }

@@ -2,28 +2,13 @@
 #include <cstring>
 
 #include "config_data_api.h"
+#include "forms/list_ops.h"
 #include "forms/binding.h"
 #include "forms/proc_mac.h"
 #include "sys/support/text.h"
 
 namespace wm {
 namespace {
-
-constexpr int kOpDelete = -1;
-constexpr int kOpDeleteAll = -2;
-constexpr int kOpAdd = 0;
-
-// The key of a delete: the "id" text in a zeroed 32-bit word and a byte.
-struct DeleteKey {
-    char text[5];
-};
-
-DeleteKey delete_key(const form_pair *pairs, int count) {
-    DeleteKey key;
-    std::memset(&key, 0, sizeof key);
-    get_prop_n("id", key.text, pairs, count, sizeof key.text);
-    return key;
-}
 
 void bind_group(Bindings &b, client_group &g) {
     b.add<conv::kInt>("m_id", g.m_id);

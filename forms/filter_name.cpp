@@ -11,16 +11,11 @@
 #include <span>
 
 #include "config_data_api.h"
+#include "forms/list_ops.h"
 #include "sys/support/raii.h"
 #include "sys/support/text.h"
 
 namespace {
-
-// The device's 64-bit lock commands, which sc_lock_reg maps to the host's own.
-constexpr int kLockCmdSet = 13;
-constexpr int kLockCmdSetWait = 14;
-constexpr int kLockWrite = 1;
-constexpr int kLockUnlock = 2;
 
 constexpr size_t kLockPathSize = 128;
 
@@ -84,21 +79,15 @@ int filterate_name(const void *list, const char *name, int id, int kind) {
     char path[kLockPathSize];
     lock_path(list, kind, path);
 
-    wm::UniqueFd fd;
-    if (kind != WEBMGMT_KIND_ACL) {
-        // An unknown kind keeps the path empty, so the open fails like any missing file.
-        if (path[0] != '\0') fd.reset(::open(path, O_RDWR | O_CREAT | O_CLOEXEC, 0644));
-        if (!fd) {
-            std::printf("Cannot Lock file %s", path);
-            std::fflush(stdout);
-            return -1;
-        }
-        sc_lock_reg(fd.get(), kLockCmdSetWait, kLockWrite, 0, SEEK_CUR, 0, 0);
+    if (kind == WEBMGMT_KIND_ACL) return scan_kind(list, kind, name, id) ? -1 : 0;
+    // An unknown kind keeps the path empty, so the open fails like any missing file.
+    wm::ListFileLock lock(path);
+    if (!lock.locked()) {
+        std::printf("Cannot Lock file %s", path);
+        std::fflush(stdout);
+        return -1;
     }
-
     bool taken = scan_kind(list, kind, name, id);
-
-    if (fd) sc_lock_reg(fd.get(), kLockCmdSet, kLockUnlock, 0, SEEK_CUR, 0, 0);
     return taken ? -1 : 0;
 }
 

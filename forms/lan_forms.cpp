@@ -7,15 +7,12 @@
 #include <cstring>
 
 #include "config_data_api.h"
+#include "forms/list_ops.h"
 #include "forms/address_bindings.h"
 #include "sys/support/text.h"
 
 namespace wm {
 namespace {
-
-constexpr int kOpDelete = -1;
-constexpr int kOpDeleteAll = -2;
-constexpr int kOpAdd = 0;
 
 // The port VLAN variables are read into a buffer of this size; a longer value is cut.
 constexpr int kVlanText = 16;

@@ -3,28 +3,12 @@
 #include <cstring>
 
 #include "config_data_api.h"
+#include "forms/list_ops.h"
 #include "forms/rule_bindings.h"
 #include "forms/rule_items.h"
 
 namespace wm {
 namespace {
-
-constexpr int kOpDelete = -1;
-constexpr int kOpDeleteAll = -2;
-constexpr int kOpAdd = 0;
-
-// The key of a delete: the "id" text in a zeroed 32-bit word and a byte.
-struct DeleteKey {
-    char text[5];
-};
-
-DeleteKey delete_key(const form_pair *pairs, int count) {
-    DeleteKey key;
-    std::memset(&key, 0, sizeof key);
-    // Four characters and the terminator fit; a longer id is cut rather than overrun.
-    get_prop_n("id", key.text, pairs, count, sizeof key.text);
-    return key;
-}
 
 bool duplicate_check_on(const rule_config_set *config) {
     return config && config->misc && config->misc->need_filter_firewall != 0;
