@@ -17,11 +17,11 @@ http POST /cgi-bin/login.cgi -c "$JAR" --data-urlencode "username=$ADMIN_USER" \
 check "the administrator logs in" [ "$STATUS" = 200 ]
 
 # fleetd writes its first fleet as the demo starts: wait until the list holds the AP.
-for _ in $(seq 1 600); do
+fleet_listed() {
   get 'do=list'
-  [ "$(json_get 'len(d["devices"][0]["ApDevList"]["data"])')" = 2 ] && break
-  sleep 0.1
-done
+  [ "$(json_get 'len(d["devices"][0]["ApDevList"]["data"])')" = 2 ]
+}
+wait_until fleet_listed
 check "the list holds the AP and the {} sentinel" \
   [ "$(json_get 'd["devices"][0]["ApDevList"]["data"][0]["m_dev_mac"]')" = 00:1E:42:10:0C:D0 ]
 check "the list says the controller's maximum" [ "$(json_get 'd["max"]')" = 1 ]

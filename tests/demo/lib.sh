@@ -102,6 +102,17 @@ stop_demo() {
   return 0
 }
 
+# Polls `command...` every 0.1 s until it succeeds, for at most a minute: for a state another
+# process brings about (the fleet stand-in's first write). 1 when it never came.
+wait_until() {
+  local _
+  for _ in $(seq 1 600); do
+    "$@" && return 0
+    sleep 0.1
+  done
+  return 1
+}
+
 # An answer's status code and body: http METHOD PATH [curl args...] -> $STATUS, $BODY
 http() {
   local method=$1 path=$2; shift 2

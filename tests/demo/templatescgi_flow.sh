@@ -19,11 +19,8 @@ post --data 'form=ap'
 check "a post without the session token in the query is refused" \
   [ "$(TOKEN=; http POST /cgi-bin/templates.cgi -b "$JAR" --data form=ap; echo "$STATUS")" = 401 ]
 
-for _ in $(seq 1 600); do # fleetd writes its first fleet as the demo starts
-  view "do=ap&mac=$MAC"
-  [ "$STATUS" = 200 ] && break
-  sleep 0.1
-done
+ap_shown() { view "do=ap&mac=$MAC" && [ "$STATUS" = 200 ]; }
+wait_until ap_shown # fleetd writes its first fleet as the demo starts
 # What the refusals must leave as it is: the AP's settings and radios, the templates.
 snapshot() {
   view "do=ap&mac=$MAC"
