@@ -11,29 +11,33 @@
 namespace wm {
 namespace {
 
-// Makes the heap copies of one decoded pair; on failure the entry is left as it was and
-// is used by the next pair.
-bool store_pair(form_pair &entry, std::string_view name, std::string_view value) {
-    char *name_copy = heap_copy(name);
-    if (!name_copy) return false;
-    char *value_copy = heap_copy(value);
-    if (!value_copy) {
-        std::free(name_copy);
-        return false;
-    }
-    entry.name = name_copy;
-    entry.value = value_copy;
-    return true;
+// One component decoded straight into its heap copy: room for the raw text (decoding only
+// shortens it) cut at `limit`, and for the decoder's block stores. Null when allocation fails.
+char *decode_to_heap(std::string_view raw, const char *text_end, size_t limit) {
+    constexpr size_t kBlockRoom = 16;
+    size_t room = (raw.size() < limit ? raw.size() : limit) + kBlockRoom;
+    auto *copy = static_cast<char *>(std::malloc(room));
+    size_t readable =
+        raw.data() ? size_t(text_end - raw.data()) : 0; // an empty value may have no text
+    if (copy) decode_component(raw, readable, {copy, room}, limit);
+    return copy;
 }
 
 } // namespace
 
 int decode_pairs(const char *text, PairText kind, form_pair *pairs, int count, int capacity) {
     if (!pairs || count >= capacity) return count;
-    char name[kFormNameBuffer];
-    char value[kFormValueBuffer];
-    for_each_pair(text, kind, name, value, [&](size_t name_length, size_t value_length) {
-        if (store_pair(pairs[count], {name, name_length}, {value, value_length})) ++count;
+    for_each_raw_pair(text, kind, [&](const RawPair &raw, const char *end) {
+        // A pair whose copies cannot be made leaves its entry to the next pair.
+        char *name = decode_to_heap(raw.name, end, kFormNameBuffer - 1);
+        char *value = name ? decode_to_heap(raw.value, end, kFormValueBuffer - 1) : nullptr;
+        if (value) {
+            pairs[count].name = name;
+            pairs[count].value = value;
+            ++count;
+        } else {
+            std::free(name);
+        }
         return count < capacity;
     });
     return count;
@@ -52,9 +56,10 @@ int process_queue_n(form_pair *pairs, int capacity) {
     if (body) count = wm::decode_pairs(body, wm::PairText::body, pairs, count, capacity);
     count =
         wm::decode_pairs(std::getenv("QUERY_STRING"), wm::PairText::query, pairs, count, capacity);
-    // Later code and child processes must not see the request's query or referer.
-    unsetenv("QUERY_STRING");
-    unsetenv("HTTP_REFERER");
+    // Later code and child processes must not see the request's query or referer (a
+    // variable that is not set costs no search of the environment).
+    if (std::getenv("QUERY_STRING")) unsetenv("QUERY_STRING");
+    if (std::getenv("HTTP_REFERER")) unsetenv("HTTP_REFERER");
     std::free(body);
     return count;
 }

@@ -22,7 +22,11 @@ bool request_is_get() {
 
 long request_content_length() {
     const char *len = std::getenv("CONTENT_LENGTH");
-    return len ? long(std::atoi(len)) : -1;
+    if (!len) return -1;
+    // atoi() as the device's 32-bit C library computes it: out-of-range lengths saturate.
+    const char *end = nullptr;
+    int64_t v = scan_decimal(len, &end);
+    return long(v > INT32_MAX ? INT32_MAX : v < INT32_MIN ? INT32_MIN : v);
 }
 
 char *read_stdin_body(size_t length, size_t extra_front) {

@@ -4,6 +4,11 @@
 #include <bit>
 #include <cstdint>
 #include <cstring>
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+#include "sys/support/text.h"
 
 namespace wm {
 namespace {
@@ -52,10 +57,18 @@ inline size_t plain_run8(const char *src, char *dst) {
     return percents ? first_marked_byte(percents) : 8;
 }
 
-// The same for sixteen bytes, compared as one vector where the target has vector
-// instructions and as two words elsewhere.
+// Sixteen bytes of `src` to `dst` with their '+'s turned into blanks; returns how many come
+// before the first '%' (16 when there is none). One vector where the target has vector
+// instructions, two words elsewhere.
 inline size_t plain_run16(const char *src, char *dst) {
-#if defined(__SSE2__) || defined(__ARM_NEON)
+#if defined(__SSE2__)
+    __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i *>(src));
+    int percents = _mm_movemask_epi8(_mm_cmpeq_epi8(block, _mm_set1_epi8('%')));
+    __m128i pluses = _mm_cmpeq_epi8(block, _mm_set1_epi8('+'));
+    block = _mm_xor_si128(block, _mm_and_si128(pluses, _mm_set1_epi8('+' ^ ' ')));
+    _mm_storeu_si128(reinterpret_cast<__m128i *>(dst), block);
+    return percents ? size_t(std::countr_zero(unsigned(percents))) : 16;
+#elif defined(__ARM_NEON)
     using Block = unsigned char __attribute__((vector_size(16)));
     Block block;
     std::memcpy(&block, src, 16);
@@ -75,33 +88,38 @@ inline size_t plain_run16(const char *src, char *dst) {
 
 } // namespace
 
-RawPair split_pair(const char *pos) {
-    const char *eq = std::strchr(pos, '=');
-    if (!eq) return {std::string_view{pos}, {}, nullptr};
-    const char *value = eq + 1;
-    const char *amp = std::strchr(value, '&');
-    if (!amp) return {{pos, size_t(eq - pos)}, std::string_view{value}, nullptr};
-    return {{pos, size_t(eq - pos)}, {value, size_t(amp - value)}, amp + 1};
+RawPair split_pair(std::string_view text) {
+    size_t eq = text.find('=');
+    if (eq == std::string_view::npos) return {text, {}, false, {}};
+    std::string_view name = head(text, eq);
+    text.remove_prefix(eq + 1);
+    size_t amp = text.find('&');
+    if (amp == std::string_view::npos) return {name, text, false, {}};
+    return {name, head(text, amp), true, tail(text, amp + 1)};
 }
 
-size_t decode_component(std::string_view raw, std::span<char> out) {
+size_t decode_component(std::string_view raw, size_t readable, std::span<char> out, size_t limit) {
     if (out.empty()) return 0;
+    if (limit >= out.size()) limit = out.size() - 1;
     char *__restrict dst = out.data();
     const char *__restrict src = raw.data();
-    const size_t limit = out.size() - 1;
     const size_t n = raw.size();
     size_t w = 0;
     size_t i = 0;
     while (i < n && w < limit) {
-        // Whole blocks while both sides have room for one: the block is stored with its
-        // '+'s turned into blanks, and the position moves past it or to its first '%'.
-        const size_t room = n - i < limit - w ? n - i : limit - w;
-        size_t block = room >= 16 ? 16 : room >= 8 ? 8 : 0;
-        if (block) {
-            size_t run = block == 16 ? plain_run16(src + i, dst + w) : plain_run8(src + i, dst + w);
+        if (i + 16 <= readable && w + 16 <= out.size()) {
+            // A whole block is stored with its '+'s turned into blanks; what lies past the
+            // component or the limit is overwritten later or left behind the terminator.
+            size_t run = plain_run16(src + i, dst + w);
+            size_t left = n - i < limit - w ? n - i : limit - w;
+            if (run >= left) {
+                i += left;
+                w += left;
+                break;
+            }
             i += run;
             w += run;
-            if (run == block) continue;
+            if (run == 16) continue;
         } else if (src[i] != '%') {
             dst[w++] = src[i] == '+' ? ' ' : src[i];
             ++i;

@@ -24,32 +24,50 @@ inline constexpr size_t kQueryLookupBuffer = 1024;
 struct RawPair {
     std::string_view name;
     std::string_view value;
-    const char *rest; // the text after the pair's '&', or null when the text ends
+    bool more;             // an '&' ended the pair
+    std::string_view rest; // the text after that '&'
 };
-RawPair split_pair(const char *pos);
+RawPair split_pair(std::string_view text);
 
-// Decodes `raw` into `out` ('+' to blank first, then %XX) and terminates it; the decoded
-// text is cut to fit. A '%' with fewer than two characters behind it is kept as it stands.
-// Returns the decoded length.
-size_t decode_component(std::string_view raw, std::span<char> out);
+// Decodes `raw` into `out` ('+' to blank first, then %XX), at most `limit` bytes of it
+// (limit < out.size()), and terminates it. A '%' with fewer than two characters behind it
+// is kept as it stands. Returns the decoded length.
+// Plain runs are copied sixteen bytes at a time: `readable` bytes from raw.data() may be
+// read (the text around the component), and any of out's bytes may be written.
+size_t decode_component(std::string_view raw, size_t readable, std::span<char> out, size_t limit);
+
+// The same with nothing read beyond `raw` and the whole of `out` but its terminator used.
+inline size_t decode_component(std::string_view raw, std::span<char> out) {
+    return out.empty() ? 0 : decode_component(raw, raw.size(), out, out.size() - 1);
+}
 
 // How the pair loop treats an empty rest: the body loop decodes it as one more (empty)
 // pair, the query-string loop stops there.
 enum class PairText { body, query };
 
-// Walks the pairs of `text` (null: none), decoding each into the two buffers and calling
+// Walks the raw pairs of `text` (null: none), calling `visit(pair, end)` with `end` the end
+// of the whole text; the walk ends when `visit` returns false.
+template <typename Visit> void for_each_raw_pair(const char *text, PairText kind, Visit visit) {
+    if (!text) return;
+    // The text ends at its terminator; it is measured once, not at every pair.
+    std::string_view rest{text};
+    const char *end = rest.data() + rest.size();
+    for (bool more = true; more && !(kind == PairText::query && rest.empty());) {
+        RawPair raw = split_pair(rest);
+        if (!visit(raw, end)) return;
+        more = raw.more;
+        rest = raw.rest;
+    }
+}
+
+// Walks the pairs of `text`, decoding each into the two buffers and calling
 // `visit(name_length, value_length)`; the walk ends when `visit` returns false.
 template <typename Visit>
 void for_each_pair(const char *text, PairText kind, std::span<char> name, std::span<char> value,
                    Visit visit) {
-    const char *pos = text;
-    while (pos && !(kind == PairText::query && *pos == '\0')) {
-        RawPair raw = split_pair(pos);
-        size_t name_length = decode_component(raw.name, name);
-        size_t value_length = decode_component(raw.value, value);
-        if (!visit(name_length, value_length)) return;
-        pos = raw.rest;
-    }
+    for_each_raw_pair(text, kind, [&](const RawPair &raw, const char *) {
+        return visit(decode_component(raw.name, name), decode_component(raw.value, value));
+    });
 }
 
 // Decodes the pairs of `text` into pairs[count..capacity) and returns the new count. A pair

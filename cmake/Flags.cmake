@@ -35,7 +35,8 @@ endfunction()
 function(webmgmt_library_flags target)
   target_compile_options(${target} PRIVATE
     $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics -fno-asynchronous-unwind-tables>
-    -fvisibility=hidden -fvisibility-inlines-hidden -fno-semantic-interposition)
+    -fvisibility=hidden -fvisibility-inlines-hidden -fno-semantic-interposition
+    -ffunction-sections -fdata-sections)
   set_target_properties(${target} PROPERTIES LINKER_LANGUAGE C)
   if(NOT WEBMGMT_SANITIZE)
     target_link_options(${target} PRIVATE -Wl,-z,defs -static-libgcc -Wl,--as-needed)
@@ -51,7 +52,8 @@ include(CheckLinkerFlag)
 check_linker_flag(C "-Wl,-z,pack-relative-relocs" WEBMGMT_HAVE_RELR)
 function(webmgmt_shared_link_flags target)
   if(NOT WEBMGMT_SANITIZE)
-    target_link_options(${target} PRIVATE -Wl,-Bsymbolic-functions -Wl,-O1)
+    target_link_options(${target} PRIVATE -Wl,-Bsymbolic-functions -Wl,-O1 -nostartfiles
+      -Wl,--gc-sections)
     if(WEBMGMT_HAVE_RELR)
       target_link_options(${target} PRIVATE -Wl,-z,pack-relative-relocs)
     endif()

@@ -108,8 +108,10 @@ constexpr LeaseList kDeviceLeases{AddDhcpStaticItem, ModifyDhcpStaticItem, DelDh
 constexpr LeaseList kControllerLeases{AC_AddDhcpStaticItem, AC_ModifyDhcpStaticItem,
                                       AC_DelDhcpStaticItem, AC_DelAllDhcpStaticItem};
 
-int lease_element(const LeaseList &list, lan_config *lan, int op, const form_pair *pairs,
-                  int count) {
+// The list is a template argument so that its store calls are direct calls (see save_switch
+// in rule_forms.cpp).
+template <const LeaseList &list>
+int lease_element(lan_config *lan, int op, const form_pair *pairs, int count) {
     if (!lan) return -1;
     if (op == kOpDelete) {
         // The key is the "id" text in a zeroed 32-bit word and a byte; a longer id is cut.
@@ -191,11 +193,11 @@ int save_lan_ac_dhcpserver(const form_pair *pairs, int count) {
 }
 
 int save_lan_dhcp_server_bindlist(lan_config *lan, int op, const form_pair *pairs, int count) {
-    return lease_element(kDeviceLeases, lan, op, pairs, count);
+    return lease_element<kDeviceLeases>(lan, op, pairs, count);
 }
 
 int save_lan_dhcp_server_acbindlist(int op, const form_pair *pairs, int count) {
-    return lease_element(kControllerLeases, SC_Get_Lan_System_Config(), op, pairs, count);
+    return lease_element<kControllerLeases>(SC_Get_Lan_System_Config(), op, pairs, count);
 }
 
 } // extern "C"

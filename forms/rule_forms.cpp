@@ -46,10 +46,12 @@ int add_or_modify(const ElementForm<Record, Item, Slot> &f, Record *list, int op
     return rc;
 }
 
-// Switch form: one row, a one-byte switch or mode, then the list's save call.
-template <typename Record>
-int save_switch(Record *list, uint8_t &member, const char *name, const form_pair *pairs, int count,
-                int (*save)(Record *)) {
+// Switch form: one row, a one-byte switch or mode, then the list's save call. The save call
+// is a template argument so that it is a direct call: a store address kept in a table would
+// be looked up by the loader in every process, form or not.
+template <auto save, typename Record>
+int save_switch(Record *list, uint8_t &member, const char *name, const form_pair *pairs,
+                int count) {
     Bindings b;
     b.add<conv::kTextN>(name, member);
     b.apply(pairs, count);
@@ -115,25 +117,25 @@ using namespace wm;
 extern "C" {
 
 int save_vsipport_config(vsipport_config *list, const form_pair *pairs, int count) {
-    return list ? save_switch(list, list->enable, "enable", pairs, count,
-                              SC_Save_System_VsIpport_Config)
+    return list ? save_switch<SC_Save_System_VsIpport_Config>(list, list->enable, "enable", pairs,
+                                                              count)
                 : -1;
 }
 int save_fwipport_config(fwipport_config *list, const form_pair *pairs, int count) {
     return list
-               ? save_switch(list, list->mode, "mode", pairs, count, SC_Save_System_FwIpport_Config)
+               ? save_switch<SC_Save_System_FwIpport_Config>(list, list->mode, "mode", pairs, count)
                : -1;
 }
 int save_fwurl_config(fwurl_config *list, const form_pair *pairs, int count) {
-    return list ? save_switch(list, list->mode, "mode", pairs, count, SC_Save_System_FwUrl_Config)
+    return list ? save_switch<SC_Save_System_FwUrl_Config>(list, list->mode, "mode", pairs, count)
                 : -1;
 }
 int save_fwmac_config(fwmac_config *list, const form_pair *pairs, int count) {
-    return list ? save_switch(list, list->mode, "mode", pairs, count, SC_Save_System_FwMac_Config)
+    return list ? save_switch<SC_Save_System_FwMac_Config>(list, list->mode, "mode", pairs, count)
                 : -1;
 }
 int save_qos_config(qos_config *list, const form_pair *pairs, int count) {
-    return list ? save_switch(list, list->mode, "mode", pairs, count, SC_Save_System_Qos_Config)
+    return list ? save_switch<SC_Save_System_Qos_Config>(list, list->mode, "mode", pairs, count)
                 : -1;
 }
 

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdlib>
 #include <string_view>
 
 #include "sys/support/ascii.h"
@@ -29,8 +28,8 @@ inline std::string_view next_word(std::string_view &rest) {
 // Returns false, leaving `out` alone, when no digit follows; `*rest` gets the text after
 // the number.
 inline bool scan_int32(const char *text, int32_t &out, const char **rest = nullptr) {
-    char *end = nullptr;
-    long long v = std::strtoll(text, &end, 10);
+    const char *end = nullptr;
+    int64_t v = scan_decimal(text, &end);
     if (rest) *rest = end;
     if (end == text) return false;
     if (v > INT32_MAX) v = INT32_MAX;

@@ -101,9 +101,10 @@ int touch_session(token_list &list, const char *client_ip, const char *token, in
 // The at most 16 characters after `name` in `text`; false when `name` is absent.
 bool copy_after(const char *text, const char *name, char *dst) {
     if (!text) return false;
-    const char *at = std::strstr(text, name);
-    if (!at) return false;
-    std::string_view value = wm::head(at + std::strlen(name), kTokenCopy);
+    std::string_view all{text}, key{name};
+    size_t at = all.find(key);
+    if (at == std::string_view::npos) return false;
+    std::string_view value = wm::head(all.data() + at + key.size(), kTokenCopy);
     std::memcpy(dst, value.data(), value.size());
     dst[value.size()] = '\0';
     return true;

@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <sys/stat.h>
 
 #include "session/scan.h"
 #include "sys/support/ascii.h"
@@ -62,28 +61,24 @@ namespace wm {
 
 bool write_token_file(const char *path, const token_list *list) {
     if (!path || !list) return false;
-    wm::AtomicFile file(path);
-    if (!file) return false;
-    // The tokens are the sessions' keys: readable by the web server's user alone.
-    if (::fchmod(fileno(file.get()), 0600) != 0) return false;
+    // "%s %s %d\n" per live session, assembled here and written in one piece.
+    constexpr size_t kLineMax = sizeof list->slot[0].client_ip + sizeof list->slot[0].token + 14;
+    char text[WEBMGMT_TOKEN_SLOTS * kLineMax];
+    char *p = text;
     for (const token_record &slot : list->slot) {
         if (slot.in_use != 1) continue;
         std::string_view ip = wm::member_text(slot.client_ip, sizeof slot.client_ip);
         std::string_view token = wm::member_text(slot.token, sizeof slot.token);
-        // "%s %s %d\n", assembled here and written in one piece.
-        char line[sizeof slot.client_ip + sizeof slot.token + 14];
-        char *p = line;
         p = std::copy(ip.begin(), ip.end(), p);
         *p++ = ' ';
         p = std::copy(token.begin(), token.end(), p);
         *p++ = ' ';
         p = wm::put_decimal(p, slot.last_used);
         *p++ = '\n';
-        size_t length = size_t(p - line);
-        if (std::fwrite(line, 1, length, file.get()) != length) return false;
     }
-    // Runtime state, rewritten on every check: replaced in one step, not flushed to disk.
-    return file.commit(false);
+    // The tokens are the sessions' keys: readable by the web server's user alone. Runtime
+    // state, rewritten on every check: replaced in one step, not flushed to disk.
+    return wm::replace_file(path, {text, size_t(p - text)}, 0600, false);
 }
 
 } // namespace wm
@@ -92,11 +87,21 @@ extern "C" {
 
 void initial_tokenlist(const char *path, token_list *list) {
     if (!path || !list) return;
-    wm::UniqueFile file(std::fopen(path, "r"));
-    if (!file) return;
-    char line[kLineSize];
+    // Read in one piece and cut into lines as fgets() with a 100-byte buffer cuts them: a
+    // longer line counts as several.
+    char text[kLinesRead * (kLineSize - 1) + 1];
+    long size = wm::read_file_text(path, text);
+    if (size < 0) return;
+    std::string_view rest{text, size_t(size)};
     int lines = 0;
-    while (lines < kLinesRead && std::fgets(line, sizeof line, file.get())) {
+    while (lines < kLinesRead && !rest.empty()) {
+        size_t end = std::min(rest.size(), size_t(kLineSize - 1));
+        size_t feed = wm::head(rest, end).find('\n');
+        if (feed != std::string_view::npos) end = feed + 1;
+        char line[kLineSize];
+        std::memcpy(line, rest.data(), end);
+        line[end] = '\0';
+        rest.remove_prefix(end);
         token_record &slot = line_slot(*list, lines);
         scan_line(line, slot);
         slot.in_use = 1;

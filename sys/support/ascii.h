@@ -42,4 +42,26 @@ inline char *put_decimal(char *p, int32_t value) {
     return p;
 }
 
+// strtoll(text, end, 10) of the C locale: leading blanks, a sign, then digits; saturates at
+// the 64-bit limits. `*end` is `text` when no digit follows.
+inline int64_t scan_decimal(const char *text, const char **end) {
+    const char *p = text;
+    while (is_c_space(*p))
+        ++p;
+    const bool negative = *p == '-';
+    if (*p == '-' || *p == '+') ++p;
+    if (*p < '0' || *p > '9') {
+        *end = text;
+        return 0;
+    }
+    const uint64_t limit = negative ? uint64_t(INT64_MAX) + 1 : uint64_t(INT64_MAX);
+    uint64_t magnitude = 0;
+    for (; *p >= '0' && *p <= '9'; ++p) {
+        unsigned digit = unsigned(*p - '0');
+        magnitude = magnitude > (limit - digit) / 10 ? limit : magnitude * 10 + digit;
+    }
+    *end = p;
+    return negative ? int64_t(0 - magnitude) : int64_t(magnitude);
+}
+
 } // namespace wm

@@ -4,21 +4,43 @@
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "sys/support/raii.h"
 #include "sys/support/text.h"
 
 namespace wm {
+namespace {
+
+constexpr char kTempSuffix[] = ".cgi";
+
+// `target` and its temporary name into the buffers; false (nothing to open) when the target
+// is too long for them, so that a cut name is never written.
+bool name_temp(const char *target, std::span<char> copy, std::span<char> temp) {
+    size_t n = target ? strnlen(target, copy.size()) : copy.size();
+    if (n >= copy.size() || n + sizeof kTempSuffix > temp.size()) return false;
+    std::memcpy(copy.data(), target, n + 1);
+    std::memcpy(temp.data(), target, n);
+    std::memcpy(temp.data() + n, kTempSuffix, sizeof kTempSuffix);
+    return true;
+}
+
+// Makes a rename onto `target` durable: syncs the directory that holds it.
+void sync_parent_dir(const char *target) {
+    char dir[512];
+    if (copy_bounded(dir, target) >= sizeof dir - 1) return;
+    char *slash = std::strrchr(dir, '/');
+    if (!slash) return;
+    *(slash == dir ? slash + 1 : slash) = '\0';
+    UniqueFd d(::open(dir, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (d) ::fsync(d.get());
+}
+
+} // namespace
 
 AtomicFile::AtomicFile(const char *target, const char *mode) {
-    // A target too long for the buffers is never opened (never a cut name).
-    size_t n = target ? strnlen(target, sizeof target_) : sizeof target_;
-    if (n >= sizeof target_) return;
-    std::memcpy(target_, target, n + 1);
-    std::memcpy(temp_, target, n);
-    std::memcpy(temp_ + n, ".cgi", sizeof ".cgi");
-    file_ = std::fopen(temp_, mode);
+    if (name_temp(target, target_, temp_)) file_ = std::fopen(temp_, mode);
 }
 
 AtomicFile::~AtomicFile() {
@@ -37,16 +59,22 @@ bool AtomicFile::commit(bool durable) {
         ::unlink(temp_);
         return false;
     }
-    if (!durable) return true;
-    // Make the rename itself durable: sync the directory that holds the target.
-    char dir[sizeof target_];
-    copy_bounded(dir, target_);
-    char *slash = std::strrchr(dir, '/');
-    if (slash) {
-        *(slash == dir ? slash + 1 : slash) = '\0';
-        UniqueFd d(::open(dir, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-        if (d) ::fsync(d.get());
+    if (durable) sync_parent_dir(target_);
+    return true;
+}
+
+bool replace_file(const char *target, std::string_view data, mode_t mode, bool durable) {
+    char copy[512], temp[520];
+    if (!name_temp(target, copy, temp)) return false;
+    UniqueFd fd(::open(temp, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, mode));
+    bool ok = fd && ::fchmod(fd.get(), mode) == 0 &&
+              write_all(fd.get(), data.data(), data.size()) && (!durable || ::fsync(fd.get()) == 0);
+    ok = ::close(fd.release()) == 0 && ok;
+    if (!ok || std::rename(temp, copy) != 0) {
+        ::unlink(temp);
+        return false;
     }
+    if (durable) sync_parent_dir(copy);
     return true;
 }
 

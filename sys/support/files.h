@@ -3,6 +3,8 @@
 
 #include <cstdio>
 #include <span>
+#include <string_view>
+#include <sys/types.h>
 
 namespace wm {
 
@@ -26,6 +28,11 @@ class AtomicFile {
     char target_[512];
     char temp_[520];
 };
+
+// The same replacement for content that is ready in memory, without a stdio stream: `data`
+// goes to `target` + ".cgi" with permissions `mode` (whatever an old temporary had) and is
+// renamed onto the target. `durable` as in AtomicFile::commit().
+bool replace_file(const char *target, std::string_view data, mode_t mode, bool durable);
 
 // Reads up to buffer.size() - 1 bytes of a file and terminates them; -1 when it cannot be
 // opened, else the byte count.
