@@ -29,7 +29,7 @@ constinit Cached g_cache[kSectionCount] = {};
 
 // "<dir>/<name><suffix>" under the device root, joined without a formatted print.
 DevicePath section_file(const char *dir, const char *name, const char *suffix) {
-    char fixed[kPathSize] = {};
+    char fixed[kPathSize];
     std::span<char> room(fixed);
     size_t n = copy_bounded(room, dir);
     n += copy_bounded(room.subspan(n), "/");
@@ -72,22 +72,25 @@ bool read_all_at(int fd, uint8_t *out, uint32_t size) {
 
 // Reads exactly `size` bytes; a file of any other size is refused, never read past its end.
 // `second`, when given, gets the same bytes from the same open file (a file is only ever
-// replaced, never rewritten in place), read by the kernel rather than copied here.
+// replaced, never rewritten in place), read by the kernel rather than copied here. The size
+// is checked by reading: the section, then nothing behind it.
 ReadResult read_exact(const char *path, void *out, uint32_t size, void *second = nullptr) {
     UniqueFd fd(::open(path, O_RDONLY | O_CLOEXEC));
     if (!fd) return ReadResult::kMissing;
+    uint8_t behind;
+    if (read_all_at(fd.get(), static_cast<uint8_t *>(out), size) &&
+        ::pread(fd.get(), &behind, 1, off_t(size)) == 0 &&
+        (!second || read_all_at(fd.get(), static_cast<uint8_t *>(second), size)))
+        return ReadResult::kOk;
+    // Messages go straight to descriptor 2: the store needs no stdio stream of its own.
     struct stat st {};
-    if (::fstat(fd.get(), &st) != 0 || st.st_size != off_t(size)) {
-        std::fprintf(stderr, "config_data_api: %s holds %lld bytes, the section has %u; ignored\n",
-                     path, static_cast<long long>(st.st_size), size);
-        return ReadResult::kRefused;
-    }
-    if (!read_all_at(fd.get(), static_cast<uint8_t *>(out), size) ||
-        (second && !read_all_at(fd.get(), static_cast<uint8_t *>(second), size))) {
-        std::fprintf(stderr, "config_data_api: %s ended early; ignored\n", path);
-        return ReadResult::kRefused;
-    }
-    return ReadResult::kOk;
+    if (::fstat(fd.get(), &st) == 0 && st.st_size != off_t(size))
+        ::dprintf(STDERR_FILENO,
+                  "config_data_api: %s holds %lld bytes, the section has %u; ignored\n", path,
+                  static_cast<long long>(st.st_size), size);
+    else
+        ::dprintf(STDERR_FILENO, "config_data_api: %s ended early; ignored\n", path);
+    return ReadResult::kRefused;
 }
 
 // The memory copy lives in RAM on the device: flushing it to a disk buys nothing, so only
@@ -122,12 +125,12 @@ enum class Source { kMemory, kFlash, kDefaults };
 // `second`, when given, gets a copy of what a stored copy held (not of the defaults).
 Source load_current(SectionId id, void *record, void *second = nullptr) {
     const Section &s = section(id);
-    DevicePath memory = section_file(fixed::kConfigMemoryDir, s.name, ".bin");
-    DevicePath flash = section_file(fixed::kConfigFlashDir, s.name, ".bin");
     Source source = Source::kMemory;
-    if (read_exact(memory.c_str(), record, s.size, second) != ReadResult::kOk) {
+    if (read_exact(section_file(fixed::kConfigMemoryDir, s.name, ".bin").c_str(), record, s.size,
+                   second) != ReadResult::kOk) {
         source = Source::kFlash;
-        if (read_exact(flash.c_str(), record, s.size, second) != ReadResult::kOk) {
+        if (read_exact(section_file(fixed::kConfigFlashDir, s.name, ".bin").c_str(), record, s.size,
+                       second) != ReadResult::kOk) {
             source = Source::kDefaults;
             std::memset(record, 0, s.size);
             load_defaults(s, record);

@@ -18,7 +18,7 @@ constexpr char kTempSuffix[] = ".cgi";
 // `target` and its temporary name into the buffers; false (nothing to open) when the target
 // is too long for them, so that a cut name is never written.
 bool name_temp(const char *target, std::span<char> copy, std::span<char> temp) {
-    size_t n = target ? strnlen(target, copy.size()) : copy.size();
+    size_t n = target ? member_text(target, copy.size()).size() : copy.size();
     if (n >= copy.size() || n + sizeof kTempSuffix > temp.size()) return false;
     std::memcpy(copy.data(), target, n + 1);
     std::memcpy(temp.data(), target, n);
@@ -66,9 +66,13 @@ bool AtomicFile::commit(bool durable) {
 bool replace_file(const char *target, std::string_view data, mode_t mode, bool durable) {
     char copy[512], temp[520];
     if (!name_temp(target, copy, temp)) return false;
-    UniqueFd fd(::open(temp, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, mode));
-    bool ok = fd && ::fchmod(fd.get(), mode) == 0 &&
-              write_all(fd.get(), data.data(), data.size()) && (!durable || ::fsync(fd.get()) == 0);
+    // Created afresh, so that it has `mode` (less the umask) and not the mode of a temporary
+    // a crash left behind.
+    constexpr int kCreate = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC;
+    UniqueFd fd(::open(temp, kCreate, mode));
+    if (!fd && errno == EEXIST && ::unlink(temp) == 0) fd.reset(::open(temp, kCreate, mode));
+    bool ok =
+        fd && write_all(fd.get(), data.data(), data.size()) && (!durable || ::fsync(fd.get()) == 0);
     ok = ::close(fd.release()) == 0 && ok;
     if (!ok || std::rename(temp, copy) != 0) {
         ::unlink(temp);

@@ -30,8 +30,9 @@ class AtomicFile {
 };
 
 // The same replacement for content that is ready in memory, without a stdio stream: `data`
-// goes to `target` + ".cgi" with permissions `mode` (whatever an old temporary had) and is
-// renamed onto the target. `durable` as in AtomicFile::commit().
+// goes to `target` + ".cgi", created afresh with permissions `mode` less the umask (never
+// those of a temporary a crash left behind), and is renamed onto the target. `durable` as in
+// AtomicFile::commit().
 bool replace_file(const char *target, std::string_view data, mode_t mode, bool durable);
 
 // Reads up to buffer.size() - 1 bytes of a file and terminates them; -1 when it cannot be
