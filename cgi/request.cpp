@@ -8,43 +8,6 @@
 #include "sys/support/text.h"
 #include "webmgmt.h"
 
-namespace wm {
-namespace {
-
-// One component decoded straight into its heap copy: room for the raw text (decoding only
-// shortens it) cut at `limit`, and for the decoder's block stores. Null when allocation fails.
-char *decode_to_heap(std::string_view raw, const char *text_end, size_t limit) {
-    constexpr size_t kBlockRoom = 16;
-    size_t room = (raw.size() < limit ? raw.size() : limit) + kBlockRoom;
-    auto *copy = static_cast<char *>(std::malloc(room));
-    size_t readable =
-        raw.data() ? size_t(text_end - raw.data()) : 0; // an empty value may have no text
-    if (copy) decode_component(raw, readable, {copy, room}, limit);
-    return copy;
-}
-
-} // namespace
-
-int decode_pairs(const char *text, PairText kind, form_pair *pairs, int count, int capacity) {
-    if (!pairs || count >= capacity) return count;
-    for_each_raw_pair(text, kind, [&](const RawPair &raw, const char *end) {
-        // A pair whose copies cannot be made leaves its entry to the next pair.
-        char *name = decode_to_heap(raw.name, end, kFormNameBuffer - 1);
-        char *value = name ? decode_to_heap(raw.value, end, kFormValueBuffer - 1) : nullptr;
-        if (value) {
-            pairs[count].name = name;
-            pairs[count].value = value;
-            ++count;
-        } else {
-            std::free(name);
-        }
-        return count < capacity;
-    });
-    return count;
-}
-
-} // namespace wm
-
 extern "C" {
 
 int process_queue_n(form_pair *pairs, int capacity) {

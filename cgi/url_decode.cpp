@@ -3,6 +3,7 @@
 
 #include <bit>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -88,40 +89,40 @@ inline size_t plain_run16(const char *src, char *dst) {
 
 } // namespace
 
-RawPair split_pair(std::string_view text) {
-    size_t eq = text.find('=');
-    if (eq == std::string_view::npos) return {text, {}, false, {}};
-    std::string_view name = head(text, eq);
-    text.remove_prefix(eq + 1);
-    size_t amp = text.find('&');
-    if (amp == std::string_view::npos) return {name, text, false, {}};
-    return {name, head(text, amp), true, tail(text, amp + 1)};
-}
-
 size_t decode_component(std::string_view raw, size_t readable, std::span<char> out, size_t limit) {
     if (out.empty()) return 0;
     if (limit >= out.size()) limit = out.size() - 1;
     char *__restrict dst = out.data();
     const char *__restrict src = raw.data();
     const size_t n = raw.size();
+    // A block is read at i while i < read_end and stored at w while w < write_end.
+    const size_t read_end = readable >= 16 ? readable - 15 : 0;
+    const size_t write_end = out.size() >= 16 ? out.size() - 15 : 0;
     size_t w = 0;
     size_t i = 0;
     while (i < n && w < limit) {
-        if (i + 16 <= readable && w + 16 <= out.size()) {
-            // A whole block is stored with its '+'s turned into blanks; what lies past the
-            // component or the limit is overwritten later or left behind the terminator.
+        // Where a plain run from here would stop: the component's end or the room's.
+        const size_t plain_end = i + (n - i < limit - w ? n - i : limit - w);
+        bool at_percent = false;
+        // Whole blocks, stored with their '+'s turned into blanks; what lies past the
+        // component or the room is overwritten later or left behind the terminator.
+        while (i < read_end && w < write_end) {
             size_t run = plain_run16(src + i, dst + w);
-            size_t left = n - i < limit - w ? n - i : limit - w;
-            if (run >= left) {
-                i += left;
-                w += left;
+            if (run >= plain_end - i) {
+                w += plain_end - i;
+                i = plain_end;
                 break;
             }
             i += run;
             w += run;
-            if (run == 16) continue;
-        } else if (src[i] != '%') {
-            dst[w++] = src[i] == '+' ? ' ' : src[i];
+            if (run < 16) {
+                at_percent = true;
+                break;
+            }
+        }
+        if (i == plain_end) break; // the component or the room ended inside the run
+        if (!at_percent && src[i] != '%') {
+            dst[w++] = char(plus_as_blank(src[i]));
             ++i;
             continue;
         }
@@ -136,6 +137,40 @@ size_t decode_component(std::string_view raw, size_t readable, std::span<char> o
     }
     dst[w] = '\0';
     return w;
+}
+
+namespace {
+
+// One component decoded straight into its heap copy: room for the raw text (decoding only
+// shortens it) cut at `limit`, and for the decoder's block stores. Null when allocation fails.
+char *decode_to_heap(std::string_view raw, const char *text_end, size_t limit) {
+    constexpr size_t kBlockRoom = 16;
+    size_t room = (raw.size() < limit ? raw.size() : limit) + kBlockRoom;
+    auto *copy = static_cast<char *>(std::malloc(room));
+    size_t readable =
+        raw.data() ? size_t(text_end - raw.data()) : 0; // an empty value may have no text
+    if (copy) decode_component(raw, readable, {copy, room}, limit);
+    return copy;
+}
+
+} // namespace
+
+int decode_pairs(const char *text, PairText kind, form_pair *pairs, int count, int capacity) {
+    if (!pairs || count >= capacity) return count;
+    for_each_raw_pair(text, kind, [&](const RawPair &raw, const char *end) {
+        // A pair whose copies cannot be made leaves its entry to the next pair.
+        char *name = decode_to_heap(raw.name, end, kFormNameBuffer - 1);
+        char *value = name ? decode_to_heap(raw.value, end, kFormValueBuffer - 1) : nullptr;
+        if (value) {
+            pairs[count].name = name;
+            pairs[count].value = value;
+            ++count;
+        } else {
+            std::free(name);
+        }
+        return count < capacity;
+    });
+    return count;
 }
 
 } // namespace wm
