@@ -83,11 +83,11 @@ ReadResult read_exact(const char *path, void *out, uint32_t size, void *second =
         (!second || read_all_at(fd.get(), static_cast<uint8_t *>(second), size)))
         return ReadResult::kOk;
     // Messages go straight to descriptor 2: the store needs no stdio stream of its own.
-    struct stat st {};
-    if (::fstat(fd.get(), &st) == 0 && st.st_size != off_t(size))
+    off_t held = ::lseek(fd.get(), 0, SEEK_END);
+    if (held >= 0 && held != off_t(size))
         ::dprintf(STDERR_FILENO,
                   "config_data_api: %s holds %lld bytes, the section has %u; ignored\n", path,
-                  static_cast<long long>(st.st_size), size);
+                  static_cast<long long>(held), size);
     else
         ::dprintf(STDERR_FILENO, "config_data_api: %s ended early; ignored\n", path);
     return ReadResult::kRefused;
