@@ -6,6 +6,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <memory>
+#include <vector>
+#include <cstdio>
 #include <string>
 #include <unistd.h>
 
@@ -202,6 +205,39 @@ TEST(TokenTable, LoaderReadsSixLinesAndCutsLongFields) {
     token_list empty{};
     initial_tokenlist(root.path("/var/missing").c_str(), &empty);
     EXPECT_EQ(empty.count, 0);
+}
+
+// The table is read in one piece and cut into lines as fgets() with a 100-byte buffer cuts
+// them: the C library's fgets is the reference, on lines that cross the buffer, lack their
+// line feed or hold a NUL.
+TEST(TokenTable, LinesAreCutAsFgetsCutsThem) {
+    wmtest::TempRoot root;
+    std::string path = root.path("/var/t");
+    const std::string files[] = {
+        std::string(150, 'a') + " tokA 1\nb tokB 2\n",
+        std::string(98, 'c') + "\nd tokD 4",
+        std::string("e\0f tokE 5\ng tokG 6\n", 20) + std::string(99, 'h'),
+        std::string(99, 'i') + std::string(99, 'j') + std::string(99, 'k') + "\n",
+        "\n\n\n\n\n\n\n",
+    };
+    for (const std::string &text : files) {
+        write_file(path, text);
+        std::vector<std::string> lines;
+        std::unique_ptr<FILE, int (*)(FILE *)> f(std::fopen(path.c_str(), "r"), std::fclose);
+        char line[100];
+        while (lines.size() < 6 && std::fgets(line, sizeof line, f.get()))
+            lines.emplace_back(line); // up to a NUL, as the loader's scan sees it
+        token_list list{};
+        initial_tokenlist(path.c_str(), &list);
+        SCOPED_TRACE(text);
+        ASSERT_EQ(list.count, int(lines.size()));
+        for (size_t i = 0; i < lines.size(); ++i) {
+            const token_record &slot = i < 5 ? list.slot[i] : list.spare;
+            std::string ip = lines[i].substr(0, lines[i].find_first_of(" \n"));
+            EXPECT_EQ(slot.client_ip, ip.substr(0, sizeof slot.client_ip - 1)) << i;
+            EXPECT_EQ(slot.in_use, 1);
+        }
+    }
 }
 
 TEST(LockReg, DeviceCommandNumbersLockTheWholeFile) {
