@@ -50,7 +50,16 @@ endfunction()
 # whose copy the library must then use. Measured with bench/run.
 include(CheckLinkerFlag)
 check_linker_flag(C "-Wl,-z,pack-relative-relocs" WEBMGMT_HAVE_RELR)
+# bench/run installs the two libraries side by side in one directory and names each by its
+# path there (its soname), so that they are opened without a search of a run path, as the
+# device's loader finds them in its library directory through its cache.
+set(WEBMGMT_SONAME_DIR "" CACHE PATH "name the shared libraries by their paths in this directory")
 function(webmgmt_shared_link_flags target)
+  if(WEBMGMT_SONAME_DIR)
+    set_target_properties(${target} PROPERTIES NO_SONAME ON)
+    target_link_options(${target} PRIVATE
+      "-Wl,-soname,${WEBMGMT_SONAME_DIR}/$<TARGET_FILE_NAME:${target}>")
+  endif()
   if(NOT WEBMGMT_SANITIZE)
     target_link_options(${target} PRIVATE -Wl,-Bsymbolic-functions -Wl,-O1 -nostartfiles
       -Wl,--gc-sections)

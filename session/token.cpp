@@ -9,6 +9,7 @@
 
 #include "session/token_store.h"
 #include "sys/support/exec.h"
+#include "sys/support/files.h"
 #include "sys/support/paths.h"
 #include "sys/support/raii.h"
 #include "sys/support/text.h"
@@ -135,10 +136,16 @@ int auth_token(const char *client_ip, const char *token) {
     if (!lock.opened()) return lock.report_open_failure();
     token_list list{};
     wm::DevicePath file = token_file();
-    initial_tokenlist(file.c_str(), &list);
+    wm::TokenText before;
+    wm::read_token_text(file.c_str(), before);
+    if (before.present) wm::parse_token_text(before.view(), list);
     int result = touch_session(list, client_ip, token, now);
-    // Written back whatever the outcome, so that an expired session leaves the file.
-    save_token(file.c_str(), &list);
+    // Written back whatever the outcome, so that an expired session leaves the file; a check
+    // in the same second as the last one finds the file holding what it would write.
+    char after[wm::kTokenTextMax];
+    size_t size = wm::format_token_text(list, after);
+    if (!before.present || before.view() != std::string_view(after, size))
+        wm::replace_file(file.c_str(), {after, size}, 0600, false);
     return result;
 }
 

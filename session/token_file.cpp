@@ -59,26 +59,55 @@ int first_free_slot(const token_list &list) {
 
 namespace wm {
 
-bool write_token_file(const char *path, const token_list *list) {
-    if (!path || !list) return false;
-    // "%s %s %d\n" per live session, assembled here and written in one piece.
-    constexpr size_t kLineMax = sizeof list->slot[0].client_ip + sizeof list->slot[0].token + 14;
-    char text[WEBMGMT_TOKEN_SLOTS * kLineMax];
-    char *p = text;
-    for (const token_record &slot : list->slot) {
+void read_token_text(const char *path, TokenText &text) {
+    long size = read_file_text(path, text.bytes);
+    text.present = size >= 0;
+    text.size = text.present ? size_t(size) : 0;
+}
+
+// Cut into lines as fgets() with a 100-byte buffer cuts them: a longer line counts as
+// several. Only the first six lines are looked at.
+void parse_token_text(std::string_view text, token_list &list) {
+    int lines = 0;
+    while (lines < kLinesRead && !text.empty()) {
+        size_t end = std::min(text.size(), size_t(kLineSize - 1));
+        size_t feed = head(text, end).find('\n');
+        if (feed != std::string_view::npos) end = feed + 1;
+        char line[kLineSize];
+        std::memcpy(line, text.data(), end);
+        line[end] = '\0';
+        text.remove_prefix(end);
+        token_record &slot = line_slot(list, lines);
+        scan_line(line, slot);
+        slot.in_use = 1;
+        ++lines;
+    }
+    list.count = lines;
+}
+
+size_t format_token_text(const token_list &list, std::span<char, kTokenTextMax> out) {
+    char *p = out.data();
+    for (const token_record &slot : list.slot) {
         if (slot.in_use != 1) continue;
-        std::string_view ip = wm::member_text(slot.client_ip, sizeof slot.client_ip);
-        std::string_view token = wm::member_text(slot.token, sizeof slot.token);
+        std::string_view ip = member_text(slot.client_ip, sizeof slot.client_ip);
+        std::string_view token = member_text(slot.token, sizeof slot.token);
         p = std::copy(ip.begin(), ip.end(), p);
         *p++ = ' ';
         p = std::copy(token.begin(), token.end(), p);
         *p++ = ' ';
-        p = wm::put_decimal(p, slot.last_used);
+        p = put_decimal(p, slot.last_used);
         *p++ = '\n';
     }
+    return size_t(p - out.data());
+}
+
+bool write_token_file(const char *path, const token_list *list) {
+    if (!path || !list) return false;
+    char text[kTokenTextMax];
+    size_t size = format_token_text(*list, text);
     // The tokens are the sessions' keys: readable by the web server's user alone. Runtime
     // state, rewritten on every check: replaced in one step, not flushed to disk.
-    return wm::replace_file(path, {text, size_t(p - text)}, 0600, false);
+    return replace_file(path, {text, size}, 0600, false);
 }
 
 } // namespace wm
@@ -87,27 +116,9 @@ extern "C" {
 
 void initial_tokenlist(const char *path, token_list *list) {
     if (!path || !list) return;
-    // Read in one piece and cut into lines as fgets() with a 100-byte buffer cuts them: a
-    // longer line counts as several.
-    char text[kLinesRead * (kLineSize - 1) + 1];
-    long size = wm::read_file_text(path, text);
-    if (size < 0) return;
-    std::string_view rest{text, size_t(size)};
-    int lines = 0;
-    while (lines < kLinesRead && !rest.empty()) {
-        size_t end = std::min(rest.size(), size_t(kLineSize - 1));
-        size_t feed = wm::head(rest, end).find('\n');
-        if (feed != std::string_view::npos) end = feed + 1;
-        char line[kLineSize];
-        std::memcpy(line, rest.data(), end);
-        line[end] = '\0';
-        rest.remove_prefix(end);
-        token_record &slot = line_slot(*list, lines);
-        scan_line(line, slot);
-        slot.in_use = 1;
-        ++lines;
-    }
-    list->count = lines;
+    wm::TokenText text;
+    wm::read_token_text(path, text);
+    if (text.present) wm::parse_token_text(text.view(), *list);
 }
 
 int find_tokenbyclientip(const char *client_ip, const token_list *list) {

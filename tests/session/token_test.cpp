@@ -10,6 +10,7 @@
 #include <vector>
 #include <cstdio>
 #include <string>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "support/harness.h"
@@ -115,6 +116,20 @@ TEST_F(Sessions, IdleLimitIs1800Seconds) {
     EXPECT_EQ(read_file(file), line("10.0.0.2", kTok2, 5));
     write_file(file, "10.0.0.3 " + kTok1); // no time, no line feed: expired at once
     EXPECT_EQ(auth_token("10.0.0.3", kTok1.c_str()), -1);
+    // A check in the same second as the last finds the file holding what it would write:
+    // the file is left as it is (the same inode), not replaced.
+    for (;;) {
+        int32_t second = get_curr_time();
+        write_file(file, line("10.0.0.1", kTok1, second));
+        struct stat before {
+        }, after{};
+        ASSERT_EQ(stat(file.c_str(), &before), 0);
+        ASSERT_EQ(auth_token("10.0.0.1", kTok1.c_str()), 0);
+        ASSERT_EQ(stat(file.c_str(), &after), 0);
+        if (get_curr_time() != second) continue;
+        EXPECT_EQ(after.st_ino, before.st_ino);
+        break;
+    }
 }
 
 TEST_F(Sessions, TokenLengthAndMissingLockFile) {
