@@ -31,6 +31,8 @@ constexpr unsigned char plus_as_blank(char c) {
     return c == '+' ? ' ' : static_cast<unsigned char>(c);
 }
 
+#if !defined(__SSE2__)
+// Without SSE2 the blocks are compared as vectors (NEON) or as 64-bit words.
 constexpr uint64_t kOnes = 0x0101010101010101u;
 constexpr uint64_t kLow7 = 0x7f7f7f7f7f7f7f7fu;
 
@@ -57,6 +59,7 @@ inline size_t plain_run8(const char *src, char *dst) {
     std::memcpy(dst, &word, 8);
     return percents ? first_marked_byte(percents) : 8;
 }
+#endif
 
 // Sixteen bytes of `src` to `dst` with their '+'s turned into blanks; returns how many come
 // before the first '%' (16 when there is none). One vector where the target has vector

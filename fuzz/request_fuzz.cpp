@@ -66,6 +66,46 @@ void in_place_helpers(const std::string &text) {
     free(copy);
 }
 
+// The decoder as the device's loop states it, one byte at a time: the name to the first
+// '=', the value to the next '&', '+' to blank, then %XX when two characters follow, each
+// cut at the decoder's buffers. The block decoder must give the same pairs.
+std::string reference_component(const std::string &raw, size_t limit) {
+    std::string out;
+    for (size_t i = 0; i < raw.size() && out.size() < limit; ++i) {
+        auto blank = [](char c) { return c == '+' ? ' ' : c; };
+        if (raw[i] == '%' && i + 2 < raw.size()) {
+            out += x2c((std::string{blank(raw[i + 1]), blank(raw[i + 2])}).c_str());
+            i += 2;
+        } else {
+            out += blank(raw[i]);
+        }
+    }
+    return out;
+}
+
+void check_against_reference(const std::string &body, const form_pair *pairs, int n) {
+    std::string rest = body;
+    for (int i = 0; i < n; ++i) {
+        size_t eq = rest.find('=');
+        std::string name = rest.substr(0, eq), value;
+        bool more = false;
+        if (eq != std::string::npos) {
+            size_t amp = rest.find('&', eq + 1);
+            value =
+                rest.substr(eq + 1, amp == std::string::npos ? std::string::npos : amp - eq - 1);
+            more = amp != std::string::npos;
+            rest = more ? rest.substr(amp + 1) : "";
+        }
+        // Compared as C strings: a decoded NUL ends the text the caller sees.
+        if (std::strcmp(reference_component(name, wm::kFormNameBuffer - 1).c_str(),
+                        pairs[i].name) != 0 ||
+            std::strcmp(reference_component(value, wm::kFormValueBuffer - 1).c_str(),
+                        pairs[i].value) != 0)
+            abort();
+        if (!more && i + 1 < n) abort(); // no pair after the last
+    }
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
@@ -80,6 +120,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     // The splitting loop straight on a buffer, with a tight capacity.
     form_pair few[3] = {};
     int n = wm::decode_pairs(body.c_str(), wm::PairText::body, few, 0, 3);
+    check_against_reference(body, few, n);
     for (int i = 0; i < n; ++i) {
         free(few[i].name);
         free(few[i].value);
