@@ -15,38 +15,11 @@
 #include "support/harness.h"
 #include "tests/views/view_check.h"
 
-using wmtest::TempRoot;
-
 namespace {
 
-// A private device tree whose store starts from the catalogue's factory defaults.
-struct Device {
-    TempRoot root;
-    Device() {
-        setenv("WEBMGMT_DEFAULTS_DIR", (wmtest::source_dir() + "/conf/defaults").c_str(), 1);
-    }
-    ~Device() { unsetenv("WEBMGMT_DEFAULTS_DIR"); }
-};
-
-using Form = std::function<int(const form_pair *, int)>;
-
-// One request; its standard output ends in the form's result.
-int request(const std::string &body, const Form &form) {
-    auto r = wmtest::run_in_child(
-        [&] {
-            setenv("REQUEST_METHOD", "POST", 1);
-            setenv("CONTENT_TYPE", "application/x-www-form-urlencoded", 1);
-            setenv("CONTENT_LENGTH", std::to_string(body.size()).c_str(), 1);
-            static form_pair pairs[WEBMGMT_FORM_PAIRS];
-            int n = process_queue(pairs);
-            std::printf("\nrc=%d", form(pairs, n));
-            return 0;
-        },
-        body);
-    size_t at = r.out.rfind("\nrc=");
-    EXPECT_NE(at, std::string::npos) << r.out << r.err;
-    return at == std::string::npos ? -999 : std::atoi(r.out.c_str() + at + 4);
-}
+using wmtest::Form;
+using Device = wmtest::DefaultsRoot;
+using wmtest::post_form;
 
 // `wmconfig show section names...`: every member by its dotted name.
 std::map<std::string, std::string> show(const std::string &section, const std::string &names = "") {
@@ -88,10 +61,8 @@ void expect_same_addresses(const std::vector<std::pair<std::string, std::string>
 
 // The bypass members are in no field table: they are read back through the bypass view.
 std::map<std::string, std::string> bypass_view() {
-    viewtest::Parsed p = viewtest::parse(wmtest::run_in_child([] {
-                                             printf_Bypass_json(SC_Get_Misc_System_Config());
-                                             return 0;
-                                         }).out);
+    viewtest::Parsed p =
+        viewtest::parse(wmtest::output_of([] { printf_Bypass_json(SC_Get_Misc_System_Config()); }));
     EXPECT_EQ(p.status, 0) << p.message;
     return p.values;
 }
@@ -291,24 +262,19 @@ class LanForms : public ::testing::TestWithParam<FormCase> {
 
 TEST_P(LanForms, StoresWhatThePageSent) {
     const FormCase &c = GetParam();
-    EXPECT_EQ(request(c.body, c.form), c.result);
+    EXPECT_EQ(post_form(c.body, c.form), c.result);
     expect_stored(c.section, c.stored);
 }
 
 INSTANTIATE_TEST_SUITE_P(Forms, LanForms, ::testing::ValuesIn(form_cases()),
-                         [](const auto &param_info) {
-                             std::string n = param_info.param.label;
-                             for (char &ch : n)
-                                 if (!isalnum(static_cast<unsigned char>(ch))) ch = '_';
-                             return n;
-                         });
+                         [](const auto &p) { return wmtest::param_name(p.param.label); });
 
 // Only the variables sent change: every other member of the section stays as it was.
 TEST(LanFormsOnly, AWanFormChangesOnlyWhatItCarries) {
     Device device;
     auto before = show("wan");
     ASSERT_GT(before.size(), 100u);
-    EXPECT_EQ(request("ppp_username=bob&ppp_userpwd=pw", wan_line(2)), 0);
+    EXPECT_EQ(post_form("ppp_username=bob&ppp_userpwd=pw", wan_line(2)), 0);
     auto after = show("wan");
     std::vector<std::string> changed;
     for (auto &[name, value] : after)
@@ -322,7 +288,7 @@ TEST(LanFormsOnly, AWanLineOutsideTheRecordIsRefused) {
     Device device;
     auto before = show("wan");
     for (int line : {-1, WEBMGMT_WAN_LINES, 1000})
-        EXPECT_EQ(request("ppp_username=mallory&enable=1", wan_line(line)), -1) << line;
+        EXPECT_EQ(post_form("ppp_username=mallory&enable=1", wan_line(line)), -1) << line;
     EXPECT_EQ(show("wan"), before);
 }
 
@@ -330,7 +296,7 @@ TEST(LanFormsOnly, AWanLineOutsideTheRecordIsRefused) {
 TEST(LanFormsOnly, ControllerSwitchMarksTheManagedApList) {
     Device device;
     for (auto [enable, marker] : {std::pair{"0", 254}, std::pair{"1", 0}}) {
-        int got = request(std::string("ac_enable=") + enable, [](const form_pair *p, int n) {
+        int got = post_form(std::string("ac_enable=") + enable, [](const form_pair *p, int n) {
             SC_Get_ManageApList_System_Config()->m_ac_marker = 0;
             int rc = save_lan_ac_dhcpserver(p, n);
             return rc == 0 ? int(SC_Get_ManageApList_System_Config()->m_ac_marker) : -rc;
@@ -363,11 +329,11 @@ TEST(LanFormsOnly, StaticLeaseLifecycle) {
         auto slot = [&](int i, const char *m) {
             return list + ".element[" + std::to_string(i) + "]." + m;
         };
-        ASSERT_EQ(request("devname=printer&devtype=2&mac=00:11:22:33:44:55&ip=192.168.1.20"
-                          "&mark=hall",
-                          op(0)),
+        ASSERT_EQ(post_form("devname=printer&devtype=2&mac=00:11:22:33:44:55&ip=192.168.1.20"
+                            "&mark=hall",
+                            op(0)),
                   CONFIG_OK);
-        ASSERT_EQ(request("devname=tv&devtype=3&mac=00:11:22:33:44:66&ip=192.168.1.21", op(0)),
+        ASSERT_EQ(post_form("devname=tv&devtype=3&mac=00:11:22:33:44:66&ip=192.168.1.21", op(0)),
                   CONFIG_OK);
         auto got = show("lan");
         EXPECT_EQ(got[list + ".count"], "2");
@@ -378,19 +344,17 @@ TEST(LanFormsOnly, StaticLeaseLifecycle) {
         EXPECT_EQ(got[slot(0, "mark")], "hall");
         EXPECT_EQ(got[slot(1, "id")], "2");
 
-        EXPECT_EQ(request("id=1&devtype=1&mac=00:11:22:33:44:77&ip=192.168.1.30", op(1)),
+        EXPECT_EQ(post_form("id=1&devtype=1&mac=00:11:22:33:44:77&ip=192.168.1.30", op(1)),
                   CONFIG_OK);
-        EXPECT_EQ(request("id=9&mac=00:11:22:33:44:88", op(1)), CONFIG_ERR_NO_ID);
+        EXPECT_EQ(post_form("id=9&mac=00:11:22:33:44:88", op(1)), CONFIG_ERR_NO_ID);
         got = show("lan");
         EXPECT_EQ(got[slot(0, "mac")], "00:11:22:33:44:77");
         EXPECT_EQ(got[slot(0, "ip")], "192.168.1.30");
         EXPECT_EQ(got[slot(0, "mark")], ""); // a modify replaces the whole lease
 
         if (list == "dhcp_server_bindlist") {
-            viewtest::Parsed v = viewtest::parse(wmtest::run_in_child([] {
-                                                     printf_Lan_json(SC_Get_Lan_System_Config());
-                                                     return 0;
-                                                 }).out);
+            viewtest::Parsed v = viewtest::parse(
+                wmtest::output_of([] { printf_Lan_json(SC_Get_Lan_System_Config()); }));
             ASSERT_EQ(v.status, 0) << v.message;
             EXPECT_EQ(v.at("dhcp_server_bindlist.count"), "2");
             EXPECT_EQ(v.at("dhcp_server_bindlist.element[0].devtype"), "1");
@@ -398,12 +362,12 @@ TEST(LanFormsOnly, StaticLeaseLifecycle) {
         }
 
         // A delete key longer than the 4 digits the key holds is cut, not overrun.
-        EXPECT_EQ(request("id=1", op(-1)), 0);
-        EXPECT_EQ(request("id=2000000000000", op(-1)), 0);
+        EXPECT_EQ(post_form("id=1", op(-1)), 0);
+        EXPECT_EQ(post_form("id=2000000000000", op(-1)), 0);
         got = show("lan");
         EXPECT_EQ(got[list + ".count"], "1");
         EXPECT_EQ(got[slot(0, "id")], "2");
-        EXPECT_EQ(request("", op(-2)), 0);
+        EXPECT_EQ(post_form("", op(-2)), 0);
         EXPECT_EQ(show("lan")[list + ".count"], "0");
     }
 }

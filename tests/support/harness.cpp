@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -68,6 +69,14 @@ TempRoot::~TempRoot() {
     if (dir_.size() > 10) run_shell("rm -rf '" + dir_ + "'");
 }
 
+DefaultsRoot::DefaultsRoot() {
+    setenv("WEBMGMT_DEFAULTS_DIR", (source_dir() + "/conf/defaults").c_str(), 1);
+}
+
+DefaultsRoot::~DefaultsRoot() {
+    unsetenv("WEBMGMT_DEFAULTS_DIR");
+}
+
 int ChildResult::exit_code() const {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
@@ -109,6 +118,58 @@ ChildResult run_in_child(const std::function<int()> &body, const std::string &in
     waitpid(pid, &r.status, 0);
     waitpid(feeder, nullptr, 0);
     return r;
+}
+
+std::string output_of(const std::function<void()> &body) {
+    return run_in_child([&] {
+               body();
+               return 0;
+           })
+        .out;
+}
+
+ChildResult run_post(const std::string &body, const Form &handle) {
+    return run_in_child(
+        [&] {
+            setenv("REQUEST_METHOD", "POST", 1);
+            setenv("CONTENT_TYPE", "application/x-www-form-urlencoded", 1);
+            setenv("CONTENT_LENGTH", std::to_string(body.size()).c_str(), 1);
+            static form_pair pairs[WEBMGMT_FORM_PAIRS];
+            int n = process_queue(pairs);
+            return handle(pairs, n);
+        },
+        body);
+}
+
+int post_form(const std::string &body, const Form &form) {
+    ChildResult r = run_post(body, [&](const form_pair *p, int n) {
+        std::printf("\nrc=%d", form(p, n));
+        return 0;
+    });
+    size_t at = r.out.rfind("\nrc=");
+    EXPECT_EQ(r.exit_code(), 0) << r.err;
+    EXPECT_NE(at, std::string::npos) << r.out << r.err;
+    return at == std::string::npos ? -999 : std::atoi(r.out.c_str() + at + 4);
+}
+
+std::string url_encode(const std::string &s) {
+    std::string out;
+    for (unsigned char c : s) {
+        if (std::isalnum(c) || c == '.' || c == '-' || c == '_') {
+            out += char(c);
+        } else {
+            char hex[4];
+            std::snprintf(hex, sizeof hex, "%%%02X", c);
+            out += hex;
+        }
+    }
+    return out;
+}
+
+std::string param_name(std::string label) {
+    for (char &c : label)
+        if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
+    return label;
 }
 
 ChildResult run_shell(const std::string &command, const std::string &input) {

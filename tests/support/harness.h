@@ -5,6 +5,8 @@
 #include <sys/types.h>
 #include <string>
 
+#include "webmgmt.h"
+
 namespace wmtest {
 
 // A private device tree for one test: sets WEBMGMT_ROOT to a fresh directory with var/,
@@ -25,6 +27,13 @@ class TempRoot {
     bool had_root_ = false;
 };
 
+// A TempRoot whose store starts from the catalogue's factory defaults (conf/defaults).
+class DefaultsRoot : public TempRoot {
+  public:
+    DefaultsRoot();
+    ~DefaultsRoot();
+};
+
 struct ChildResult {
     int status = -1; // wait status
     std::string out; // what the child wrote on standard output
@@ -35,6 +44,25 @@ struct ChildResult {
 // Runs `body` in a forked child whose standard input is `input`; the child exits with the
 // value `body` returns. Use it for anything that prints, exits or reads standard input.
 ChildResult run_in_child(const std::function<int()> &body, const std::string &input = "");
+
+// What `body`, run in a child, prints on standard output.
+std::string output_of(const std::function<void()> &body);
+
+// A form handler: the pairs process_queue decoded.
+using Form = std::function<int(const form_pair *, int)>;
+
+// A CGI program in a child handling a urlencoded POST of `body`: process_queue decodes it
+// and `handle` gets the pairs; the child exits with what `handle` returns.
+ChildResult run_post(const std::string &body, const Form &handle);
+
+// One such request handed to `form`: the form's result (-999 when the child reported none).
+int post_form(const std::string &body, const Form &form);
+
+// "%XX" for every byte but letters, digits and "-._".
+std::string url_encode(const std::string &s);
+
+// A label as a test-parameter name: every character but letters and digits made '_'.
+std::string param_name(std::string label);
 
 // A forked child that reports one int through a pipe: started by start_child, collected by
 // finish_child (which also expects a clean exit).
