@@ -13,7 +13,6 @@
 #include "store/config_data_api.h"
 #include "support/harness.h"
 
-using wmtest::TempRoot;
 
 namespace {
 
@@ -29,7 +28,7 @@ std::string program(const std::string &name) {
 // A tree with the factory defaults in flash, the session lock file and three sessions:
 // this client's and two others'.
 struct Device {
-    TempRoot root;
+    wmtest::DefaultsRoot root;
     Device() {
         // A cross build's programs cannot be started from its tests (the emulator runs the
         // test, not the programs it starts): they run in the host build.
@@ -39,7 +38,6 @@ struct Device {
             return 127;
         });
         skip = probe.exit_code() == 127 && probe.out.empty();
-        setenv("WEBMGMT_DEFAULTS_DIR", (wmtest::source_dir() + "/conf/defaults").c_str(), 1);
         wmtest::write_file(root.path("/var/loginlock"), "");
         long now = long(std::time(nullptr));
         wmtest::write_file(root.path("/var/usertoken"),
@@ -54,7 +52,6 @@ struct Device {
         });
         EXPECT_EQ(r.exit_code(), 0);
     }
-    ~Device() { unsetenv("WEBMGMT_DEFAULTS_DIR"); }
     bool skip = false;
     std::string flash(const char *section) const {
         return wmtest::read_file(root.path(std::string("/etc/config_flash/") + section + ".bin"));

@@ -15,21 +15,16 @@
 #include "store_test_util.h"
 
 using namespace storetest;
-using wmtest::TempRoot;
 
 namespace {
 
 class Fleetd : public ::testing::Test {
   protected:
-    void SetUp() override {
-        setenv("WEBMGMT_DEFAULTS_DIR", (wmtest::source_dir() + "/conf/defaults").c_str(), 1);
-    }
-    void TearDown() override { unsetenv("WEBMGMT_DEFAULTS_DIR"); }
     wmtest::ChildResult run(const std::string &args) {
         return wmtest::run_shell(std::string(WEBMGMT_STORE_EMULATOR) + " '" WEBMGMT_FLEETD "' " +
                                  args);
     }
-    TempRoot root;
+    wmtest::DefaultsRoot root; // the catalogue's own factory defaults
 };
 
 // The stations in use in a table (an entry with signal 0 or a negative time is free).

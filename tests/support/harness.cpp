@@ -121,11 +121,12 @@ ChildResult run_in_child(const std::function<int()> &body, const std::string &in
 }
 
 std::string output_of(const std::function<void()> &body) {
-    return run_in_child([&] {
-               body();
-               return 0;
-           })
-        .out;
+    ChildResult r = run_in_child([&] {
+        body();
+        return 0;
+    });
+    EXPECT_EQ(r.exit_code(), 0) << r.err;
+    return r.out;
 }
 
 ChildResult run_post(const std::string &body, const Form &handle) {

@@ -45,7 +45,7 @@ struct ChildResult {
 // value `body` returns. Use it for anything that prints, exits or reads standard input.
 ChildResult run_in_child(const std::function<int()> &body, const std::string &input = "");
 
-// What `body`, run in a child, prints on standard output.
+// What `body`, run in a child, prints on standard output (the child must end normally).
 std::string output_of(const std::function<void()> &body);
 
 // A form handler: the pairs process_queue decoded.

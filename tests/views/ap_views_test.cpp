@@ -68,13 +68,9 @@ std::unique_ptr<ap_device_record> ap_at(uint32_t online) {
     return ap;
 }
 
-template <typename F> std::string out(F body) {
-    return wmtest::run_in_child([&] {
-               body();
-               return 0;
-           })
-        .out;
-}
+
+// What a view prints, run in a child as a CGI program runs it.
+constexpr auto out = wmtest::output_of;
 
 // The opening the device-management program prints before a full configuration.
 const std::string kCallerOpening = "{\"ap\":[";

@@ -20,29 +20,13 @@ using viewtest::fill_full;
 using viewtest::Parsed;
 using viewtest::put;
 
-std::string printed(const std::function<void()> &view) {
-    auto r = wmtest::run_in_child([&] {
-        view();
-        return 0;
-    });
-    EXPECT_EQ(r.exit_code(), 0);
-    return r.out;
-}
+
+// What a view prints, run in a child as a CGI program runs it.
+constexpr auto printed = wmtest::output_of;
 
 // The document as the lenient reader takes it, with the departures the view is allowed.
 Parsed lenient(const std::string &document, const std::string &options) {
-    wmtest::ChildResult r = wmtest::run_shell(
-        "python3 '" + wmtest::source_dir() + "/tests/views/json_lenient.py' " + options, document);
-    Parsed p;
-    p.status = r.exit_code();
-    p.message = r.out + r.err;
-    std::istringstream lines(r.out);
-    std::string line;
-    while (p.status == 0 && std::getline(lines, line)) {
-        size_t tab = line.find('\t');
-        if (tab != std::string::npos) p.values[line.substr(0, tab)] = line.substr(tab + 1);
-    }
-    return p;
+    return viewtest::parse(document, "json_lenient.py", options);
 }
 
 void set_mac(mac_field &m, int a, int b, int c, int d, int e, int f) {

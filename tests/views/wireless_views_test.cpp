@@ -113,12 +113,11 @@ std::unique_ptr<wifi_config> wifi_hostile() {
     return w;
 }
 
+// What a view prints, run in a child as a CGI program runs it.
+constexpr auto out = wmtest::output_of;
+
 std::string wifi_doc(const wifi_config &w, int32_t radios) {
-    return wmtest::run_in_child([&] {
-               printf_WiFi_json(&w, radios);
-               return 0;
-           })
-        .out;
+    return out([&] { printf_WiFi_json(&w, radios); });
 }
 
 void fill_template_vap(defap_vap &v, int radio, int vap) {
@@ -198,13 +197,6 @@ std::unique_ptr<ap_template_list_config> templates_full() {
     return list;
 }
 
-template <typename F> std::string out(F body) {
-    return wmtest::run_in_child([&] {
-               body();
-               return 0;
-           })
-        .out;
-}
 
 TEST(WirelessViews, WholeDocumentsMatchTheirGoldenFilesAndAreJsonOfStrings) {
     auto defaults = wifi_defaults();
