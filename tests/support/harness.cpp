@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <sched.h>
 #include <fstream>
 #include <sstream>
 #include <sys/stat.h>
@@ -244,6 +245,59 @@ bool waiting_for_lock(pid_t pid) {
             return true;
     }
     return false;
+}
+
+int result_after_lock_wait(const std::string &path, const std::function<int()> &body,
+                           const std::function<void()> &while_waiting) {
+    int fd = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
+    EXPECT_GE(fd, 0) << path;
+    struct flock fl {};
+    fl.l_type = F_WRLCK;
+    fl.l_whence = SEEK_SET;
+    EXPECT_EQ(fcntl(fd, F_SETLKW, &fl), 0);
+    Child c = start_child(body);
+    bool seen = false;
+    for (long spins = 0; spins < 100000000 && !seen; ++spins) {
+        seen = waiting_for_lock(c.pid);
+        int status;
+        if (!seen && waitpid(c.pid, &status, WNOHANG) == c.pid) {
+            ADD_FAILURE() << "the child finished while " << path << " was locked";
+            return -997;
+        }
+        sched_yield();
+    }
+    EXPECT_TRUE(seen);
+    if (while_waiting) while_waiting();
+    fl.l_type = F_UNLCK;
+    EXPECT_EQ(fcntl(fd, F_SETLK, &fl), 0);
+    close(fd);
+    return finish_child(c);
+}
+
+std::pair<int, int> run_together(const Racer &a, const Racer &b) {
+    int ready[2], go[2];
+    if (pipe(ready) != 0 || pipe(go) != 0) return {-997, -997};
+    auto racer = [&](const Racer &r) {
+        return start_child([&] {
+            close(ready[0]);
+            close(go[1]);
+            return r([&] {
+                char byte = 'r';
+                return write(ready[1], &byte, 1) == 1 && read(go[0], &byte, 1) == 1;
+            });
+        });
+    };
+    Child ca = racer(a), cb = racer(b);
+    close(ready[1]);
+    close(go[0]);
+    char byte;
+    EXPECT_EQ(read(ready[0], &byte, 1), 1);
+    EXPECT_EQ(read(ready[0], &byte, 1), 1);
+    EXPECT_EQ(write(go[1], "gg", 2), 2);
+    close(go[1]);
+    close(ready[0]);
+    int ra = finish_child(ca);
+    return {ra, finish_child(cb)};
 }
 
 } // namespace wmtest

@@ -4,6 +4,7 @@
 #include <functional>
 #include <sys/types.h>
 #include <string>
+#include <utility>
 
 #include "webmgmt.h"
 
@@ -77,6 +78,17 @@ int finish_child(const Child &c);
 // "<n>: -> <kind> <mode> <access> <pid> <device:inode> <start> <end>"; only the pid field
 // counts (another test's lock may start at an offset that reads like the pid).
 bool waiting_for_lock(pid_t pid);
+
+// Holds a write lock on `path` while `body` runs in a child; once the kernel lists the
+// child as waiting for that lock (watched without a clock), runs `while_waiting`, releases
+// the lock and returns the child's result. A child that ends before it waits is a failure.
+int result_after_lock_wait(const std::string &path, const std::function<int()> &body,
+                           const std::function<void()> &while_waiting = {});
+
+// Two children released at once: each calls the `go` it is given when it is ready, which
+// returns (true) once both are; their results.
+using Racer = std::function<int(const std::function<bool()> &go)>;
+std::pair<int, int> run_together(const Racer &a, const Racer &b);
 
 // Runs a shell command line and captures its output.
 ChildResult run_shell(const std::string &command, const std::string &input = "");
