@@ -356,9 +356,9 @@ TEST(LanFormsOnly, StaticLeaseLifecycle) {
             viewtest::Parsed v = viewtest::parse(
                 wmtest::output_of([] { printf_Lan_json(SC_Get_Lan_System_Config()); }));
             ASSERT_EQ(v.status, 0) << v.message;
-            EXPECT_EQ(v.at("dhcp_server_bindlist.count"), "2");
-            EXPECT_EQ(v.at("dhcp_server_bindlist.element[0].devtype"), "1");
-            EXPECT_EQ(v.at("dhcp_server_bindlist.element[1].ip"), "192.168.1.21");
+            viewtest::expect_at(v, {"dhcp_server_bindlist.count=2",
+                                    "dhcp_server_bindlist.element[0].devtype=1",
+                                    "dhcp_server_bindlist.element[1].ip=192.168.1.21"});
         }
 
         // A delete key longer than the 4 digits the key holds is cut, not overrun.

@@ -68,7 +68,6 @@ std::unique_ptr<ap_device_record> ap_at(uint32_t online) {
     return ap;
 }
 
-
 // What a view prints, run in a child as a CGI program runs it.
 constexpr auto out = wmtest::output_of;
 
@@ -125,9 +124,8 @@ TEST(ApViews, ListRowAsThePageReadsIt) {
     EXPECT_EQ(at("m_radio[2].m_wlan_txpower"), "75");
     EXPECT_EQ(at("m_radio[2].m_stanum"), "7");
     EXPECT_EQ(at("m_radio[1].m_vap[3].m_bssid"), "00:1E:42:AB:01:03");
-    EXPECT_EQ(p.at("ApDevList.count"), "1");
-    EXPECT_EQ(p.at("ApDevList.stasumnum"), "12");
-    EXPECT_EQ(p.at("ApDevList.max_count"), "1");
+    viewtest::expect_at(p,
+                        {"ApDevList.count=1", "ApDevList.stasumnum=12", "ApDevList.max_count=1"});
 }
 
 TEST(ApViews, OnlineTimesAroundTheDayBoundaries) {
@@ -229,18 +227,13 @@ TEST(ApViews, FullConfigurationSelectedByModelOrExactMac) {
     viewtest::Parsed p = viewtest::parse(
         kCallerOpening + out([&] { printf_Ap_cf_json(ap.get(), "00:1E:42:AB:0C:D9"); }));
     ASSERT_EQ(p.status, 0) << p.message;
-    EXPECT_EQ(p.at("ap#len"), "1");
-    EXPECT_EQ(p.at("ap[0].index_ap"), "0");
-    EXPECT_EQ(p.at("ap[0].m_radio#len"), "3");
-    EXPECT_EQ(p.at("ap[0].m_radio[2].m_wlan_txpower"), "4"); // the stored level
-    EXPECT_EQ(p.at("ap[0].m_radio[1].m_vap[2].m_psk_keystr"), "key-2");
-    EXPECT_EQ(p.at("ap[0].m_radio[0].m_vap[0].m_tx_bytes"), "1099511627776");
-    EXPECT_EQ(p.at("ap[0].m_weblogin.m_userpwd"), "ap-pass");
-    EXPECT_EQ(p.at("ap[0].m_iptv.m_vlanid"), "85");
-    EXPECT_EQ(p.at("ap[0].resved"), "conf");
-    EXPECT_EQ(p.at("ap[0].m_sn"), "1");
-    EXPECT_EQ(p.at("ap[0].m_stanum"), "1");
-    EXPECT_EQ(p.at("ap[0].m_onlinetime"), "0:01:40");
+    viewtest::expect_at(p, {"ap#len=1", "ap[0].index_ap=0", "ap[0].m_radio#len=3",
+                            "ap[0].m_radio[2].m_wlan_txpower=4", // the stored level
+                            "ap[0].m_radio[1].m_vap[2].m_psk_keystr=key-2",
+                            "ap[0].m_radio[0].m_vap[0].m_tx_bytes=1099511627776",
+                            "ap[0].m_weblogin.m_userpwd=ap-pass", "ap[0].m_iptv.m_vlanid=85",
+                            "ap[0].resved=conf", "ap[0].m_sn=1", "ap[0].m_stanum=1",
+                            "ap[0].m_onlinetime=0:01:40"});
 }
 
 TEST(ApViews, DashboardReadsTheConnectionCounters) {

@@ -83,6 +83,14 @@ inline Parsed parse(const std::string &document, const char *reader = "json_flat
     return p;
 }
 
+// Each "path=value" (the value after the first '=') as python3 read the document.
+inline void expect_at(const Parsed &p, std::initializer_list<const char *> expected) {
+    for (std::string e : expected) {
+        size_t eq = e.find('=');
+        EXPECT_EQ(p.at(e.substr(0, eq)), e.substr(eq + 1)) << e;
+    }
+}
+
 // One value of a view's document for one record, as python3 reads it.
 struct Expect {
     const char *view;
