@@ -37,10 +37,19 @@ std::map<std::string, std::string> show(const std::string &section, const std::s
 // How a stored value is compared with what the page sent.
 enum class Kind { Same, Address };
 
+// A member by its dotted name and its value: "name=value" the text shown, "name~value" an
+// address python3's ipaddress module finds equal to the one shown.
 struct Stored {
-    const char *name; // dotted member name
+    std::string name;
     std::string value;
     Kind kind = Kind::Same;
+    Stored(const char *spec) {
+        std::string s = spec;
+        size_t at = s.find_first_of("=~");
+        name = s.substr(0, at), value = s.substr(at + 1);
+        kind = s[at] == '~' ? Kind::Address : Kind::Same;
+    }
+    Stored(const char *n, std::string v) : name(n), value(std::move(v)) {}
 };
 
 // Every (shown, sent) address pair names the same address for python3's ipaddress module.
@@ -70,7 +79,7 @@ std::map<std::string, std::string> bypass_view() {
 void expect_stored(const char *section, const std::vector<Stored> &expected) {
     std::string names;
     for (const Stored &s : expected)
-        names += std::string(" '") + s.name + "'";
+        names += " '" + s.name + "'";
     auto got = std::string(section) == "bypass" ? bypass_view() : show(section, names);
     std::vector<std::pair<std::string, std::string>> addresses;
     for (const Stored &s : expected) {
@@ -92,8 +101,6 @@ struct FormCase {
     const char *section;
     std::vector<Stored> stored;
 };
-
-constexpr Kind A = Kind::Address;
 
 int lan_base(const form_pair *p, int n) {
     save_lan_base(SC_Get_Lan_System_Config(), p, n);
@@ -130,36 +137,16 @@ std::vector<FormCase> form_cases() {
          "&m_lan_port_vlan_id4=7",
          0,
          "lan",
-         {{"ipaddr", "10.20.30.1", A},
-          {"subnet", "255.255.240.0", A},
-          {"gateway", "10.20.30.254", A},
-          {"dns2", "9.9.9.9", A},
-          {"conn_type", "2"},
-          {"lan_addr_type", "1"},
-          {"m_iptv.m_enable", "1"},
-          {"m_iptv.m_vlanid", "45"},
-          {"m_iptv.eth_phy_name", "eth0.45"},
-          {"ac_enable", "1"},
-          {"acipaddr", "172.31.0.1", A},
-          {"acsubnet", "255.255.0.0", A},
-          {"enable_ipv6", "1"},
-          {"ipaddr6", "2001:db8:1::1", A},
-          {"ipaddr6_prefix", "64"},
-          {"ipaddr6_local", "fe80::1", A},
-          {"gateway6", "2001:db8:1::fffe", A},
-          {"dns61", "2001:4860:4860::8888", A},
-          {"dns62", "::ffff:c000:235", A},
-          {"dhcp6_ipstart", "2001:db8:1::100", A},
-          {"dhcp6_ipend", "2001:db8:1::1ff", A},
-          {"dhcp6_lease", "86400"},
-          {"ra_flag_O", "1"},
-          {"ra_flag_A", "0"},
-          {"disable_ipv4_dns", "1"},
+         {"ipaddr~10.20.30.1", "subnet~255.255.240.0", "gateway~10.20.30.254", "dns2~9.9.9.9",
+          "conn_type=2", "lan_addr_type=1", "m_iptv.m_enable=1", "m_iptv.m_vlanid=45",
+          "m_iptv.eth_phy_name=eth0.45", "ac_enable=1", "acipaddr~172.31.0.1",
+          "acsubnet~255.255.0.0", "enable_ipv6=1", "ipaddr6~2001:db8:1::1", "ipaddr6_prefix=64",
+          "ipaddr6_local~fe80::1", "gateway6~2001:db8:1::fffe", "dns61~2001:4860:4860::8888",
+          "dns62~::ffff:c000:235", "dhcp6_ipstart~2001:db8:1::100", "dhcp6_ipend~2001:db8:1::1ff",
+          "dhcp6_lease=86400", "ra_flag_O=1", "ra_flag_A=0", "disable_ipv4_dns=1",
           // 16-bit VLAN ids; port 2's variable was not sent, and there is no port 4.
-          {"lan_vlan.port[0].m_vlan_id", "100"},
-          {"lan_vlan.port[1].m_vlan_id", "4094"},
-          {"lan_vlan.port[2].m_vlan_id", "1"},
-          {"lan_vlan.port[3].m_vlan_id", "-1"}}},
+          "lan_vlan.port[0].m_vlan_id=100", "lan_vlan.port[1].m_vlan_id=4094",
+          "lan_vlan.port[2].m_vlan_id=1", "lan_vlan.port[3].m_vlan_id=-1"}},
         {"device DHCP server",
          dev_dhcp,
          "dhcp_server_enable=1&dhcp_server_start_ipaddr=10.20.30.100"
@@ -169,16 +156,15 @@ std::vector<FormCase> form_cases() {
          "&dhcp6_ipend=2001:db8::ff",
          0,
          "lan",
-         {{"dev_dhcpserver.dhcp_server_enable", "1"},
-          {"dev_dhcpserver.dhcp_server_start_ipaddr", "10.20.30.100", A},
-          {"dev_dhcpserver.dhcp_server_end_ipaddr", "10.20.30.199", A},
-          {"dev_dhcpserver.dhcp_server_dns1", "1.1.1.1", A},
-          {"dev_dhcpserver.dhcp_server_dns2", "255.255.255.255", A}, // inet_addr's failure
-          {"dev_dhcpserver.dhcp_server_leasetime", "8589934592"},    // past 32 bits
-          {"dev_dhcpserver.dhcp_server_port", "6767"},
-          {"ac_dhcpserver.dhcp_server_leasetime", "86400"}, // the other server: untouched
-          {"enable_dhcp6", "1"},
-          {"dhcp6_ipend", "2001:db8::ff", A}}},
+         {"dev_dhcpserver.dhcp_server_enable=1",
+          "dev_dhcpserver.dhcp_server_start_ipaddr~10.20.30.100",
+          "dev_dhcpserver.dhcp_server_end_ipaddr~10.20.30.199",
+          "dev_dhcpserver.dhcp_server_dns1~1.1.1.1",
+          "dev_dhcpserver.dhcp_server_dns2~255.255.255.255", // inet_addr's failure
+          "dev_dhcpserver.dhcp_server_leasetime=8589934592", // past 32 bits
+          "dev_dhcpserver.dhcp_server_port=6767",
+          "ac_dhcpserver.dhcp_server_leasetime=86400", // the other server: untouched
+          "enable_dhcp6=1", "dhcp6_ipend~2001:db8::ff"}},
         {"controller DHCP server",
          save_lan_ac_dhcpserver,
          "dhcp_server_enable=1&dhcp_server_start_ipaddr=172.31.0.10"
@@ -186,13 +172,10 @@ std::vector<FormCase> form_cases() {
          "&acsubnet=255.255.0.0",
          0,
          "lan",
-         {{"ac_dhcpserver.dhcp_server_enable", "1"},
-          {"ac_dhcpserver.dhcp_server_start_ipaddr", "172.31.0.10", A},
-          {"ac_dhcpserver.dhcp_server_leasetime", "0"},
-          {"ac_dhcpserver.dhcp_server_port", "67"},
-          {"dev_dhcpserver.dhcp_server_port", "67"},
-          {"ac_enable", "1"},
-          {"acipaddr", "172.31.0.1", A}}},
+         {"ac_dhcpserver.dhcp_server_enable=1",
+          "ac_dhcpserver.dhcp_server_start_ipaddr~172.31.0.10",
+          "ac_dhcpserver.dhcp_server_leasetime=0", "ac_dhcpserver.dhcp_server_port=67",
+          "dev_dhcpserver.dhcp_server_port=67", "ac_enable=1", "acipaddr~172.31.0.1"}},
         {"WAN line 1",
          wan_line(1),
          "enable=1&conn_type=2&phy_name=eth1&fixed_mtu=1492&dhcp_mtu=1400&ipaddr=100.64.1.2"
@@ -206,35 +189,23 @@ std::vector<FormCase> form_cases() {
          "&gateway6=2001:db8:9::1&dns61=2620:fe::fe",
          0,
          "wan",
-         {{"wanconfig[1].enable", "1"},
-          {"wanconfig[1].conn_type", "2"},
-          {"wanconfig[1].phy_name", "eth1"},
-          {"wanconfig[1].fixed_mtu", "1492"},
-          {"wanconfig[1].ipaddr", "100.64.1.2", A},
-          {"wanconfig[1].dns2", "8.8.8.8", A},
-          {"wanconfig[1].ppp_userpwd", "s3cret"},
+         {"wanconfig[1].enable=1", "wanconfig[1].conn_type=2", "wanconfig[1].phy_name=eth1",
+          "wanconfig[1].fixed_mtu=1492", "wanconfig[1].ipaddr~100.64.1.2",
+          "wanconfig[1].dns2~8.8.8.8", "wanconfig[1].ppp_userpwd=s3cret",
           // the device's 32-bit atol stops at the largest long
-          {"wanconfig[1].wan_upload_bandwidth", "2147483647"},
-          {"wanconfig[1].wan_track_ip2", "1.0.0.1", A},
-          {"wanconfig[1].wan_line_weight", "30"},
-          {"wanconfig[1].wan_access_web_port", "8443"},
-          {"wanconfig[1].clone_mac", "02:AA:BB:CC:DD:EE"},
-          {"wanconfig[1].wan_port", "2"},
-          {"wanconfig[1].ipaddr6", "2001:db8:9::2", A},
-          {"wanconfig[1].gateway6", "2001:db8:9::1", A},
-          {"wanconfig[1].dns61", "2620:fe::fe", A}}},
+          "wanconfig[1].wan_upload_bandwidth=2147483647", "wanconfig[1].wan_track_ip2~1.0.0.1",
+          "wanconfig[1].wan_line_weight=30", "wanconfig[1].wan_access_web_port=8443",
+          "wanconfig[1].clone_mac=02:AA:BB:CC:DD:EE", "wanconfig[1].wan_port=2",
+          "wanconfig[1].ipaddr6~2001:db8:9::2", "wanconfig[1].gateway6~2001:db8:9::1",
+          "wanconfig[1].dns61~2620:fe::fe"}},
         {"bypass",
          save_bypass_base,
          "ipaddr=192.168.0.2&subnet=255.255.255.0&gateway=192.168.0.1&dns1=192.168.0.1"
          "&dns2=8.8.8.8&stp=1&conn_type=1&enable=1",
          0,
          "bypass",
-         {{"ipaddr", "192.168.0.2", A},
-          {"gateway", "192.168.0.1", A},
-          {"dns2", "8.8.8.8", A},
-          {"stp", "1"},
-          {"conn_type", "1"},
-          {"enable", "1"}}},
+         {"ipaddr~192.168.0.2", "gateway~192.168.0.1", "dns2~8.8.8.8", "stp=1", "conn_type=1",
+          "enable=1"}},
         // A server name of the member's full width or more is cut to 100 bytes.
         {"cloud",
          cloud,
@@ -244,10 +215,10 @@ std::vector<FormCase> form_cases() {
          0,
          "misc",
          {{"sys_cloud.server", kLong.substr(0, 100)},
-          {"sys_cloud.bind_code", "ABC123"},
-          {"sys_cloud.enable", "1"},
-          {"sys_cloud.location_y", "22.5"},
-          {"sys_cloud.desc", "lobby"}}},
+          "sys_cloud.bind_code=ABC123",
+          "sys_cloud.enable=1",
+          "sys_cloud.location_y=22.5",
+          "sys_cloud.desc=lobby"}},
     };
 }
 
