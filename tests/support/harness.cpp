@@ -78,6 +78,23 @@ DefaultsRoot::~DefaultsRoot() {
     unsetenv("WEBMGMT_DEFAULTS_DIR");
 }
 
+void TempRoot::make_dir(const std::string &device_path) const {
+    for (size_t at = device_path.find('/', 1); at != std::string::npos;
+         at = device_path.find('/', at + 1))
+        mkdir(path(device_path.substr(0, at)).c_str(), 0755);
+    mkdir(path(device_path).c_str(), 0755);
+}
+
+void TempRoot::put(const std::string &device_path, const std::string &content) const {
+    make_dir(device_path.substr(0, device_path.rfind('/')));
+    write_file(path(device_path), content);
+}
+
+void TempRoot::own_proc() const {
+    unlink(path("/proc").c_str());
+    mkdir(path("/proc").c_str(), 0755);
+}
+
 int ChildResult::exit_code() const {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }

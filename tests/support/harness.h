@@ -21,6 +21,12 @@ class TempRoot {
     const std::string &dir() const { return dir_; }
     // `device_path` (such as "/var/usertoken") inside the tree.
     std::string path(const std::string &device_path) const { return dir_ + device_path; }
+    // Makes the directory `device_path` inside the tree, and those above it.
+    void make_dir(const std::string &device_path) const;
+    // Writes `content` to `device_path` inside the tree, making the directories it needs.
+    void put(const std::string &device_path, const std::string &content) const;
+    // Makes /proc a directory of the test's own instead of the link to the real one.
+    void own_proc() const;
 
   private:
     std::string dir_;

@@ -27,7 +27,6 @@ using wmtest::write_file;
 
 class Leases : public ::testing::Test {
   protected:
-    void SetUp() override { mkdir(root_.path("/var/run").c_str(), 0755); }
     // Builds a lease file with lease_files.py; returns what the reader must list, in file
     // order and in the documented order.
     std::pair<std::string, std::string> build(const char *kind, const std::string &device_path,

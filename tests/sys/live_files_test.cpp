@@ -22,13 +22,9 @@ using wmtest::write_file;
 // A device tree whose /proc is a directory of the test's own files.
 class LiveFiles : public ::testing::Test {
   protected:
-    void SetUp() override {
-        unlink(root_.path("/proc").c_str());
-        for (const char *d : {"/proc", "/proc/net", "/etc", "/var/run", "/swconfig"})
-            mkdir(root_.path(d).c_str(), 0755);
-    }
+    void SetUp() override { root_.own_proc(); }
     void put(const std::string &device_path, const std::string &text) {
-        write_file(root_.path(device_path), text);
+        root_.put(device_path, text);
     }
     wmtest::TempRoot root_;
 };

@@ -289,7 +289,6 @@ TEST(DhcpServer, LeasesOfUdhcpdClients) {
     if (system("busybox udhcpd --help >/dev/null 2>&1; busybox --list | grep -qx udhcpd") != 0)
         GTEST_SKIP() << "busybox without udhcpd";
     wmtest::TempRoot root;
-    mkdir(root.path("/var/run").c_str(), 0755);
     // Links named after the tools, so that each process's command name is its own.
     std::string bin = root.path("/tmp");
     for (const char *tool : {"udhcpd", "udhcpc"})

@@ -238,13 +238,9 @@ TEST(ApViews, FullConfigurationSelectedByModelOrExactMac) {
 
 TEST(ApViews, DashboardReadsTheConnectionCounters) {
     wmtest::TempRoot root;
-    unlink(root.path("/proc").c_str());
-    mkdir(root.path("/proc").c_str(), 0755);
-    mkdir(root.path("/proc/sys").c_str(), 0755);
-    mkdir(root.path("/proc/sys/net").c_str(), 0755);
-    mkdir(root.path("/proc/sys/net/netfilter").c_str(), 0755);
-    wmtest::write_file(root.path("/proc/sys/net/netfilter/nf_conntrack_count"), "321\n");
-    wmtest::write_file(root.path("/proc/sys/net/netfilter/nf_conntrack_max"), "65536\n");
+    root.own_proc();
+    root.put("/proc/sys/net/netfilter/nf_conntrack_count", "321\n");
+    root.put("/proc/sys/net/netfilter/nf_conntrack_max", "65536\n");
     auto ap = ap_at(1);
     EXPECT_EQ(
         out([&] { printf_Mian_Info_json(ap.get()); }),
@@ -273,9 +269,8 @@ TEST(ApViews, UpdateScheduleShowsTheRawAccessResults) {
                              "\"m_min\":\"59\",\n\"m_isreset\":\"0\",\n\"m_dev_modelname\":"
                              "\"AP-300\",\n\"m_dev_array_index\":\"7777777777777777\",\n";
     EXPECT_EQ(doc(), head + "\"m_have_ac_rom\":\"-1\",\n\"m_have_ap_rom\":\"-1\"\n}");
-    wmtest::write_file(root.path("/var/upgrade_sw.bin"), "image");
-    mkdir(root.path("/tmp/up_fireware").c_str(), 0755);
-    wmtest::write_file(root.path("/tmp/up_fireware/up.bin"), "image");
+    root.put("/var/upgrade_sw.bin", "image");
+    root.put("/tmp/up_fireware/up.bin", "image");
     EXPECT_EQ(doc(), head + "\"m_have_ac_rom\":\"0\",\n\"m_have_ap_rom\":\"0\"\n}");
 }
 
