@@ -128,20 +128,6 @@ TEST(ApViews, ListRowAsThePageReadsIt) {
                         {"ApDevList.count=1", "ApDevList.stasumnum=12", "ApDevList.max_count=1"});
 }
 
-TEST(ApViews, OnlineTimesAroundTheDayBoundaries) {
-    const struct {
-        uint32_t seconds;
-        const char *shown;
-    } cases[] = {{86399, "23:59:59"}, {86400, "1Day 0:00:00"}, {172800, "2Days 0:00:00"}};
-    for (const auto &c : cases) {
-        auto ap = ap_at(c.seconds);
-        viewtest::Parsed p =
-            viewtest::parse(out([&] { printf_ManageApList_json(ap.get(), 1, "", ""); }));
-        EXPECT_EQ(p.at("ApDevList.data[0].m_onlinetime"), c.shown);
-        EXPECT_EQ(p.at("ApDevList.data[0].m_CurrentTime"), std::to_string(c.seconds));
-    }
-}
-
 TEST(ApViews, ModesAndFilters) {
     auto ap = ap_at(5);
     auto count = [&](int mode, const char *ip, const char *mac) {
