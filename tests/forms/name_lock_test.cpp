@@ -17,12 +17,10 @@ namespace {
 // The name check waits while another process holds the list's lock.
 TEST(NameLock, CheckWaitsForTheListLock) {
     TempRoot root;
-    auto path = wmtest::run_in_child([] {
-        std::printf("%s", SC_Get_VsIpport_System_Config()->lock_file);
-        return 0;
-    });
-    ASSERT_FALSE(path.out.empty());
-    EXPECT_EQ(wmtest::result_after_lock_wait(path.out,
+    std::string path =
+        wmtest::output_of([] { std::printf("%s", SC_Get_VsIpport_System_Config()->lock_file); });
+    ASSERT_FALSE(path.empty());
+    EXPECT_EQ(wmtest::result_after_lock_wait(path,
                                              [] {
                                                  return filterate_name(
                                                      SC_Get_VsIpport_System_Config(), "web", 0,
@@ -55,19 +53,17 @@ TEST(NameLock, SameNameFromTwoProcessesIsStoredTwice) {
     EXPECT_EQ(ra, CONFIG_OK);
     EXPECT_EQ(rb, CONFIG_OK);
 
-    auto list = wmtest::run_in_child([] {
+    std::string list = wmtest::output_of([] {
         const vsipport_config *c = SC_Get_VsIpport_System_Config();
         std::printf("%d", c->vsipport.count);
         for (const auto &e : c->vsipport.element)
             if (e.id > 0) std::printf(" %d:%s", e.id, e.name);
-        return 0;
     });
     size_t named = 0;
-    for (size_t at = list.out.find(":same"); at != std::string::npos;
-         at = list.out.find(":same", at + 1))
+    for (size_t at = list.find(":same"); at != std::string::npos; at = list.find(":same", at + 1))
         ++named;
-    EXPECT_EQ(list.out.substr(0, 2), "2 ") << list.out;
-    EXPECT_EQ(named, 2u) << list.out;
+    EXPECT_EQ(list.substr(0, 2), "2 ") << list;
+    EXPECT_EQ(named, 2u) << list;
     struct stat st {};
     ASSERT_EQ(stat(root.path("/var/config/vsipport.bin").c_str(), &st), 0);
     EXPECT_EQ(st.st_size, off_t(sizeof(vsipport_config)));

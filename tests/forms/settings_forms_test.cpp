@@ -156,12 +156,10 @@ void remove_section_files(const std::string &dir) {
 // first, so what it reads is the flash copy.
 std::string stored(const TempRoot &root, Sec sec, bool after_reboot = true) {
     if (after_reboot) remove_section_files(root.path("/var/config"));
-    auto r = wmtest::run_in_child([sec] {
-        std::fwrite(record_of(sec), 1, size_of(sec), stdout);
-        return 0;
-    });
-    EXPECT_EQ(r.out.size(), size_of(sec));
-    return r.out;
+    std::string out =
+        wmtest::output_of([sec] { std::fwrite(record_of(sec), 1, size_of(sec), stdout); });
+    EXPECT_EQ(out.size(), size_of(sec));
+    return out;
 }
 
 using wmtest::Form;

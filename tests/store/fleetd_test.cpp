@@ -129,12 +129,11 @@ struct Snapshot {
 };
 Snapshot snapshot() {
     Snapshot s{};
-    wmtest::ChildResult r = wmtest::run_in_child([] {
+    std::string out = wmtest::output_of([] {
         manage_ap_list_config *list = SC_Get_ManageApList_System_Config();
         std::printf("%u %d", list->m_ap[0].m_onlinetime, list->m_ap[0].m_dev_status);
-        return 0;
     });
-    std::sscanf(r.out.c_str(), "%u %d", &s.online, &s.status);
+    std::sscanf(out.c_str(), "%u %d", &s.online, &s.status);
     return s;
 }
 
