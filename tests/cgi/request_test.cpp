@@ -194,10 +194,7 @@ std::string component_of_runs(std::mt19937 &rng, size_t length, size_t longest_r
 // The decoder copies runs of plain characters several at a time: long plain runs with '+'
 // and %XX at every offset, and components that cross the 127- and 4095-byte cuts.
 TEST(ProcessQueue, LongPlainRunsAndCutsAgreeWithUrllib) {
-    std::random_device seed_source;
-    unsigned seed = seed_source();
-    SCOPED_TRACE("seed " + std::to_string(seed));
-    std::mt19937 rng(seed);
+    wmtest::SeededRandom rng;
     std::vector<std::pair<std::string, std::string>> requests;
     for (int i = 0; i < 40; ++i) {
         std::string body;

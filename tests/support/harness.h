@@ -2,6 +2,8 @@
 #pragma once
 
 #include <functional>
+#include <gtest/gtest.h>
+#include <random>
 #include <sys/types.h>
 #include <string>
 #include <utility>
@@ -67,6 +69,17 @@ int post_form(const std::string &body, const Form &form);
 
 // "%XX" for every byte but letters, digits and "-._".
 std::string url_encode(const std::string &s);
+
+// A random generator with a fresh seed, which the failures of its scope name.
+class SeededRandom : public std::mt19937 {
+  public:
+    SeededRandom() : SeededRandom(std::random_device{}()) {}
+
+  private:
+    explicit SeededRandom(unsigned seed)
+        : std::mt19937(seed), trace_(__FILE__, __LINE__, "seed " + std::to_string(seed)) {}
+    ::testing::ScopedTrace trace_;
+};
 
 // A label as a test-parameter name: every character but letters and digits made '_'.
 std::string param_name(std::string label);

@@ -42,10 +42,7 @@ std::string c_library_dotted(uint32_t v4) {
 }
 
 TEST(JsonWriter, NumbersAndAddressesAsTheCLibraryPrintsThem) {
-    std::random_device seed_source;
-    unsigned seed = seed_source();
-    SCOPED_TRACE("seed " + std::to_string(seed));
-    std::mt19937 rng(seed);
+    wmtest::SeededRandom rng;
     for (int round = 0; round < 4; ++round) {
         auto r = random_record(rng);
         viewtest::Parsed p = viewtest::parse(viewtest::print(printf_VsIpport_json, *r));
@@ -101,10 +98,7 @@ void random_ipv6(std::mt19937 &rng, ip6addr_field &a, int kind) {
 }
 
 TEST(JsonWriter, MacsCountsAndIpv6AsTheCLibraryPrintsThem) {
-    std::random_device seed_source;
-    unsigned seed = seed_source();
-    SCOPED_TRACE("seed " + std::to_string(seed));
-    std::mt19937 rng(seed);
+    wmtest::SeededRandom rng;
     const uint64_t extremes[] = {0, 9, 10, UINT32_MAX, uint64_t(UINT32_MAX) + 1, UINT64_MAX};
     for (int round = 0; round < 4; ++round) {
         auto w = std::make_unique<wifi_config>();
