@@ -84,38 +84,25 @@ std::string long_text(size_t n) {
     return s;
 }
 
+// The sections the forms store, in the order of Sec.
+const struct {
+    const char *file;
+    size_t size;
+    void *(*record)();
+} kSections[] = {
+    {"misc", sizeof(misc_config), []() -> void * { return SC_Get_Misc_System_Config(); }},
+    {"wifi", sizeof(wifi_config), []() -> void * { return SC_Get_SC_WiFi_Config(); }},
+    {"productinfo", sizeof(productinfo_config),
+     []() -> void * { return SC_Get_ProductInfo_System_Config(); }},
+};
 void *record_of(Sec sec) {
-    switch (sec) {
-    case Sec::Misc:
-        return SC_Get_Misc_System_Config();
-    case Sec::Wifi:
-        return SC_Get_SC_WiFi_Config();
-    case Sec::Product:
-        return SC_Get_ProductInfo_System_Config();
-    }
-    return nullptr;
+    return kSections[int(sec)].record();
 }
 size_t size_of(Sec sec) {
-    switch (sec) {
-    case Sec::Misc:
-        return sizeof(misc_config);
-    case Sec::Wifi:
-        return sizeof(wifi_config);
-    case Sec::Product:
-        return sizeof(productinfo_config);
-    }
-    return 0;
+    return kSections[int(sec)].size;
 }
 const char *file_of(Sec sec) {
-    switch (sec) {
-    case Sec::Misc:
-        return "misc";
-    case Sec::Wifi:
-        return "wifi";
-    case Sec::Product:
-        return "productinfo";
-    }
-    return "";
+    return kSections[int(sec)].file;
 }
 
 constexpr size_t kHead = offsetof(misc_config, sys_user); // version, lock file, lock place
