@@ -41,6 +41,7 @@ command -v python3 >/dev/null || skip "python3 is not installed"
 DEMO_ROOT=$(mktemp -d "${TMPDIR:-/tmp}/webmgmt-demo-XXXXXX")
 DEMO_PID=
 DEMO_LOG=$DEMO_ROOT.log
+JAR=$DEMO_ROOT.cookies # curl's cookies
 cleanup() {
   stop_demo
   rm -rf "$DEMO_ROOT" "$DEMO_ROOT".*
@@ -121,6 +122,26 @@ http() {
   STATUS=${out##*$'\n'}
   BODY=${out%$'\n'*}
   BODY=${BODY%$'\n'}
+}
+
+# Logs the administrator in with curl: the cookie in JAR, the session token in TOKEN.
+log_in() {
+  http POST /cgi-bin/login.cgi -c "$JAR" --data-urlencode "username=$ADMIN_USER" \
+    --data-urlencode "password=$ADMIN_PASS"
+  TOKEN=$(json_get 'd["token"]')
+}
+
+# The store tool on the demo's tree.
+wmconfig() { WEBMGMT_ROOT=$DEMO_ROOT LD_LIBRARY_PATH=$BUILD:$BUILD/store "$BUILD/wmconfig" "$@"; }
+
+# Installs standard input as the stand-in device tool `name`, which the demo puts first in
+# its programs' PATH (call before start_demo).
+stand_in() { # name
+  TOOLS=$DEMO_ROOT.tools
+  mkdir -p "$TOOLS"
+  cat >"$TOOLS/$1"
+  chmod 755 "$TOOLS/$1"
+  export WEBMGMT_DEMO_TOOLS=$TOOLS
 }
 
 # A member of the JSON body, by a Python expression on `d`: json_get 'd["result"]'
