@@ -76,15 +76,10 @@ inline void seed_ap() {
     ASSERT_EQ(r.exit_code(), 0);
 }
 
-template <size_t N> std::string text(const char (&m)[N]) {
-    return std::string(m, strnlen(m, N));
-}
+using wmtest::text;
 
 inline std::string mac_text(const mac_field &m) {
-    char t[18];
-    std::snprintf(t, sizeof t, "%02x:%02x:%02x:%02x:%02x:%02x", m.mac[0], m.mac[1], m.mac[2],
-                  m.mac[3], m.mac[4], m.mac[5]);
-    return t;
+    return wmtest::mac_text(m.mac, false);
 }
 
 inline const ap_template_entry *find_named(const ap_template_list_config &l, const char *name) {

@@ -21,10 +21,7 @@ using wmtest::output_of;
 using wmtest::post_form;
 
 std::string mac_text(const mac_field &m) {
-    char t[18];
-    std::snprintf(t, sizeof t, "%02X:%02X:%02X:%02X:%02X:%02X", m.mac[0], m.mac[1], m.mac[2],
-                  m.mac[3], m.mac[4], m.mac[5]);
-    return t;
+    return wmtest::mac_text(m.mac);
 }
 
 // The accounts in use: "id:name:MAC:deny:bind;" each.

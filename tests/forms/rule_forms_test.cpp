@@ -57,9 +57,7 @@ std::string ntoa(const ipaddr_field &a) {
     return inet_ntoa(in);
 }
 
-template <size_t N> std::string text(const char (&m)[N]) {
-    return std::string(m, strnlen(m, N));
-}
+using wmtest::text;
 
 // A rule list as its pages edit it.
 struct ListCase {

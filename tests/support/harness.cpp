@@ -185,6 +185,14 @@ std::string url_encode(const std::string &s) {
     return out;
 }
 
+std::string mac_text(const uint8_t *mac, bool upper) {
+    char t[18];
+    std::snprintf(t, sizeof t,
+                  upper ? "%02X:%02X:%02X:%02X:%02X:%02X" : "%02x:%02x:%02x:%02x:%02x:%02x", mac[0],
+                  mac[1], mac[2], mac[3], mac[4], mac[5]);
+    return t;
+}
+
 std::string param_name(std::string label) {
     for (char &c : label)
         if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';

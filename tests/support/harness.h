@@ -1,6 +1,7 @@
 // Test helpers: private device trees, child processes with captured output, files.
 #pragma once
 
+#include <cstring>
 #include <functional>
 #include <gtest/gtest.h>
 #include <random>
@@ -80,6 +81,18 @@ class SeededRandom : public std::mt19937 {
         : std::mt19937(seed), trace_(__FILE__, __LINE__, "seed " + std::to_string(seed)) {}
     ::testing::ScopedTrace trace_;
 };
+
+// A text member as far as its terminator or its end.
+template <size_t N> std::string text(const char (&member)[N]) {
+    return std::string(member, strnlen(member, N));
+}
+// Writes `value` into a text member; a value as long as the member leaves no terminator.
+template <size_t N> void put(char (&member)[N], const std::string &value) {
+    std::memset(member, 0, N);
+    std::memcpy(member, value.data(), value.size() < N ? value.size() : N);
+}
+// A MAC as text, "00:1A:..." (upper case) or "00:1a:..." (lower case).
+std::string mac_text(const uint8_t *mac, bool upper = true);
 
 // A label as a test-parameter name: every character but letters and digits made '_'.
 std::string param_name(std::string label);

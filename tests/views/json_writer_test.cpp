@@ -63,12 +63,6 @@ TEST(JsonWriter, NumbersAndAddressesAsTheCLibraryPrintsThem) {
 
 // The C library's forms of the members the wireless and LAN views print with the library's
 // own formatting: "%02X" MACs, "%llu" and "%u" counts, inet_ntop's IPv6 addresses.
-std::string c_library_mac(const mac_field &m) {
-    char text[18];
-    std::snprintf(text, sizeof text, "%02X:%02X:%02X:%02X:%02X:%02X", m.mac[0], m.mac[1], m.mac[2],
-                  m.mac[3], m.mac[4], m.mac[5]);
-    return text;
-}
 std::string c_library_u64(uint64_t v) {
     char text[24];
     std::snprintf(text, sizeof text, "%llu", static_cast<unsigned long long>(v));
@@ -123,7 +117,7 @@ TEST(JsonWriter, MacsCountsAndIpv6AsTheCLibraryPrintsThem) {
                 const wifi_vap &v = w->m_radio[r].m_vap[i];
                 std::string at =
                     "m_radio[" + std::to_string(r) + "].m_vap[" + std::to_string(i) + "].";
-                EXPECT_EQ(p.at(at + "m_bssid"), c_library_mac(v.m_bssid));
+                EXPECT_EQ(p.at(at + "m_bssid"), wmtest::mac_text(v.m_bssid.mac));
                 EXPECT_EQ(p.at(at + "m_tx_bytes"), c_library_u64(v.m_tx_bytes));
                 EXPECT_EQ(p.at(at + "m_rx_bytes"), c_library_u64(v.m_rx_bytes));
                 EXPECT_EQ(p.at(at + "m_tx_pkts"), c_library_u64(v.m_tx_pkts));

@@ -125,11 +125,7 @@ std::unique_ptr<Record> from_defaults(void (*builder)(field_desc *, Record *), c
     return record;
 }
 
-// Writes `text` into a member; a text as long as the member leaves no terminator.
-template <size_t N> void put(char (&member)[N], const std::string &text) {
-    std::memset(member, 0, N);
-    std::memcpy(member, text.data(), text.size() < N ? text.size() : N);
-}
+using wmtest::put;
 template <size_t N> void fill_full(char (&member)[N], char c) {
     std::memset(member, c, N);
 }
