@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <arpa/inet.h>
 #include <fcntl.h>
 #include <sched.h>
 #include <fstream>
@@ -191,6 +192,17 @@ std::string mac_text(const uint8_t *mac, bool upper) {
                   upper ? "%02X:%02X:%02X:%02X:%02X:%02X" : "%02x:%02x:%02x:%02x:%02x:%02x", mac[0],
                   mac[1], mac[2], mac[3], mac[4], mac[5]);
     return t;
+}
+
+std::string lease_record(uint32_t expiry, const char *ip, const uint8_t *mac,
+                         const std::string &name) {
+    std::string rec(36, '\0');
+    uint32_t e = htonl(expiry);
+    std::memcpy(&rec[0], &e, 4);
+    inet_pton(AF_INET, ip, &rec[4]);
+    std::memcpy(&rec[8], mac, 6);
+    std::memcpy(&rec[14], name.data(), std::min<size_t>(name.size(), 20));
+    return rec;
 }
 
 std::string param_name(std::string label) {

@@ -94,6 +94,12 @@ template <size_t N> void put(char (&member)[N], const std::string &value) {
 // A MAC as text, "00:1A:..." (upper case) or "00:1a:..." (lower case).
 std::string mac_text(const uint8_t *mac, bool upper = true);
 
+// One lease as the address server stores it: 36 bytes, the expiry and the address in
+// network order, the MAC, a host name of up to 20 bytes. Its file is an 8-byte header
+// (std::string(8, '\0')) and the leases.
+std::string lease_record(uint32_t expiry, const char *ip, const uint8_t *mac,
+                         const std::string &name);
+
 // A label as a test-parameter name: every character but letters and digits made '_'.
 std::string param_name(std::string label);
 

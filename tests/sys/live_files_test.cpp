@@ -277,11 +277,9 @@ TEST_F(LiveFiles, ArpHostTable) {
     table += arp("192.168.1.12", "0x6", "Aa:bB:cc:00:00:12", "br0");
     put("/proc/net/arp", table);
     // The host names come from the lease file in the address-server layout.
-    std::string leases(8, '\0');
-    unsigned char rec[36] = {0, 0, 0, 100, 192, 168, 1, 10, 0xaa, 0xbb, 0xcc, 0, 0, 0x10};
-    memcpy(rec + 14, "laptop", 6);
-    leases.append(reinterpret_cast<char *>(rec), 36);
-    put("/var/udhcpd.leases", leases);
+    const uint8_t host[6] = {0xaa, 0xbb, 0xcc, 0, 0, 0x10};
+    put("/var/udhcpd.leases",
+        std::string(8, '\0') + wmtest::lease_record(100, "192.168.1.10", host, "laptop"));
     auto *t = new arp_host_table;
     memset(t, 0x5a, sizeof *t);
     EXPECT_EQ(get_arplist(lan_192_168_1(), t), 0);

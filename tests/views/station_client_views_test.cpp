@@ -292,15 +292,8 @@ TEST(AclView, IsJson) {
 void write_leases(const wmtest::TempRoot &root,
                   const std::vector<std::pair<mac_field, std::string>> &hosts) {
     std::string file(8, '\0');
-    for (const auto &[mac, name] : hosts) {
-        std::string rec(36, '\0');
-        uint32_t expiry = htonl(3600), ip = htonl(0xC0A80100);
-        std::memcpy(&rec[0], &expiry, 4);
-        std::memcpy(&rec[4], &ip, 4);
-        std::memcpy(&rec[8], mac.mac, 6);
-        std::memcpy(&rec[14], name.data(), name.size() < 20 ? name.size() : 20);
-        file += rec;
-    }
+    for (const auto &[mac, name] : hosts)
+        file += wmtest::lease_record(3600, "192.168.1.0", mac.mac, name);
     wmtest::write_file(root.path("/var/udhcpd.leases"), file);
 }
 
