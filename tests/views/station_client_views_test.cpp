@@ -109,6 +109,8 @@ std::unique_ptr<clients_groups_config> groups(bool full, bool hostile) {
     return g;
 }
 
+// The goldens pin what the pages rely on: the blacklist and the single account print
+// m_max_conn before m_id, the full list the other way round; every object ends in a comma.
 TEST(ClientViews, Golden) {
     auto empty = empty_clients(), full = full_clients(), hostile = hostile_clients();
     struct Row {
@@ -177,19 +179,6 @@ TEST(ClientViews, FullTableReadsBack) {
     ASSERT_EQ(one.status, 0) << one.message;
     EXPECT_EQ(one.at("m_index"), "266");
     EXPECT_EQ(one.at("m_name"), "user-266");
-}
-
-// The blacklist and the single account print m_max_conn before m_id; the full list the
-// other way round.
-TEST(ClientViews, MemberOrderDiffersOnPurpose) {
-    auto full = full_clients();
-    std::string all = printed([&] { printf_Clients_json(full.get()); });
-    std::string black = printed([&] { printf_Clients_black_json(full.get()); });
-    EXPECT_NE(all.find("\"m_haddr\":\"02:AB:00:00:00:00\",\"m_id\":\"1\",\"m_max_conn\":\"0\","),
-              std::string::npos);
-    EXPECT_NE(black.find("\"m_haddr\":\"02:AB:00:00:00:00\",\"m_max_conn\":\"0\",\"m_id\":\"1\","),
-              std::string::npos);
-    EXPECT_NE(all.find("\"m_mark\":\"mark of 0\",},{"), std::string::npos);
 }
 
 // Stored text is printed raw: a name holding a quote breaks the document, which the view
