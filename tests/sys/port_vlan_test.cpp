@@ -44,64 +44,52 @@ std::string logged(const std::string &vectors) {
 }
 
 const Case kCases[] = {
-    {
-        "two ports apply; one without VLANs, one with VLAN 0 skipped",
-        {{1, 1, 1, 10}, {1, 0, 2, 20}, {1, 1, 3, 0}, {1, 1, 4, 4094}},
-        nullptr,
-        0,
-        "[dev][switch0][port][1][set][pvid][10]\n"
-        "[dev][switch0][port][4][set][pvid][4094]\n"
-        "[dev][switch0][vlan][10][set][ports][1 0t]\n"
-        "[dev][switch0][vlan][4094][set][ports][4 0t]\n"
-        "[dev][switch0][set][apply]\n",
-    },
-    {
-        "ports sharing a VLAN are its members together",
-        {{1, 1, 1, 10}, {1, 1, 2, 10}, {1, 1, 3, 20}, {1, 1, 4, 10}},
-        nullptr,
-        0,
-        "[dev][switch0][port][1][set][pvid][10]\n"
-        "[dev][switch0][port][2][set][pvid][10]\n"
-        "[dev][switch0][port][3][set][pvid][20]\n"
-        "[dev][switch0][port][4][set][pvid][10]\n"
-        "[dev][switch0][vlan][10][set][ports][1 2 4 0t]\n"
-        "[dev][switch0][vlan][20][set][ports][3 0t]\n"
-        "[dev][switch0][set][apply]\n",
-    },
-    {
-        "no port exists: the switch is still applied",
-        {{0, 1, 1, 10}, {0, 1, 2, 20}, {0, 0, 0, 0}, {0, 0, 0, 0}},
-        nullptr,
-        0,
-        "[dev][switch0][set][apply]\n",
-    },
-    {
-        "VLAN ids outside 1..4094 skip their ports",
-        {{1, 1, 1, 4095}, {1, 1, 2, -1}, {1, 1, 3, 1}, {1, 1, 0, 32767}},
-        nullptr,
-        0,
-        "[dev][switch0][port][3][set][pvid][1]\n"
-        "[dev][switch0][vlan][1][set][ports][3 0t]\n"
-        "[dev][switch0][set][apply]\n",
-    },
-    {
-        "a failed run: the others still run, the result is -1",
-        {{1, 1, 1, 10}, {1, 1, 2, 20}, {0, 0, 0, 0}, {0, 0, 0, 0}},
-        "pvid",
-        -1,
-        "[dev][switch0][port][1][set][pvid][10]\n"
-        "[dev][switch0][port][2][set][pvid][20]\n"
-        "[dev][switch0][vlan][10][set][ports][1 0t]\n"
-        "[dev][switch0][vlan][20][set][ports][2 0t]\n"
-        "[dev][switch0][set][apply]\n",
-    },
-    {
-        "the apply fails",
-        {{0, 0, 0, 0}, {0, 0, 0, 0}, {0, 0, 0, 0}, {0, 0, 0, 0}},
-        "apply",
-        -1,
-        "[dev][switch0][set][apply]\n",
-    },
+    {"two ports apply; one without VLANs, one with VLAN 0 skipped",
+     {{1, 1, 1, 10}, {1, 0, 2, 20}, {1, 1, 3, 0}, {1, 1, 4, 4094}},
+     nullptr,
+     0,
+     "[dev][switch0][port][1][set][pvid][10]\n"
+     "[dev][switch0][port][4][set][pvid][4094]\n"
+     "[dev][switch0][vlan][10][set][ports][1 0t]\n"
+     "[dev][switch0][vlan][4094][set][ports][4 0t]\n"
+     "[dev][switch0][set][apply]\n"},
+    {"ports sharing a VLAN are its members together",
+     {{1, 1, 1, 10}, {1, 1, 2, 10}, {1, 1, 3, 20}, {1, 1, 4, 10}},
+     nullptr,
+     0,
+     "[dev][switch0][port][1][set][pvid][10]\n"
+     "[dev][switch0][port][2][set][pvid][10]\n"
+     "[dev][switch0][port][3][set][pvid][20]\n"
+     "[dev][switch0][port][4][set][pvid][10]\n"
+     "[dev][switch0][vlan][10][set][ports][1 2 4 0t]\n"
+     "[dev][switch0][vlan][20][set][ports][3 0t]\n"
+     "[dev][switch0][set][apply]\n"},
+    {"no port exists: the switch is still applied",
+     {{0, 1, 1, 10}, {0, 1, 2, 20}, {0, 0, 0, 0}, {0, 0, 0, 0}},
+     nullptr,
+     0,
+     "[dev][switch0][set][apply]\n"},
+    {"VLAN ids outside 1..4094 skip their ports",
+     {{1, 1, 1, 4095}, {1, 1, 2, -1}, {1, 1, 3, 1}, {1, 1, 0, 32767}},
+     nullptr,
+     0,
+     "[dev][switch0][port][3][set][pvid][1]\n"
+     "[dev][switch0][vlan][1][set][ports][3 0t]\n"
+     "[dev][switch0][set][apply]\n"},
+    {"a failed run: the others still run, the result is -1",
+     {{1, 1, 1, 10}, {1, 1, 2, 20}, {0, 0, 0, 0}, {0, 0, 0, 0}},
+     "pvid",
+     -1,
+     "[dev][switch0][port][1][set][pvid][10]\n"
+     "[dev][switch0][port][2][set][pvid][20]\n"
+     "[dev][switch0][vlan][10][set][ports][1 0t]\n"
+     "[dev][switch0][vlan][20][set][ports][2 0t]\n"
+     "[dev][switch0][set][apply]\n"},
+    {"the apply fails",
+     {{0, 0, 0, 0}, {0, 0, 0, 0}, {0, 0, 0, 0}, {0, 0, 0, 0}},
+     "apply",
+     -1,
+     "[dev][switch0][set][apply]\n"},
 };
 
 class PortVlan : public ::testing::Test {
