@@ -4,7 +4,6 @@
 #include <sys/stat.h>
 
 #include <cstdio>
-#include <string>
 
 #include "store/config_data_api.h"
 #include "support/harness.h"

@@ -6,7 +6,6 @@
 
 #include <cstdio>
 #include <cstring>
-#include <functional>
 #include <string>
 
 #include "store/config_data_api.h"

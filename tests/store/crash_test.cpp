@@ -3,7 +3,6 @@
 #include <csignal>
 #include <cstring>
 #include <gtest/gtest.h>
-#include <random>
 #include <sys/wait.h>
 #include <unistd.h>
 

@@ -8,7 +8,6 @@
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <vector>
 
 #include "support/harness.h"
 #include "webmgmt.h"

@@ -2,7 +2,6 @@
 // over-long lines are skipped whole, good lines around them still read, and every result
 // is cut at its buffer.
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <cstring>
 #include <string>

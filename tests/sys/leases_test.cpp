@@ -4,11 +4,9 @@
 
 #include <algorithm>
 
-#include <arpa/inet.h>
 #include <csignal>
 #include <cstring>
 #include <random>
-#include <sstream>
 #include <string>
 #include <sys/stat.h>
 #include <sys/wait.h>

@@ -7,7 +7,6 @@
 #include <cstring>
 #include <string>
 #include <sys/resource.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include "support/harness.h"

@@ -3,7 +3,6 @@
 // up bridges, veths, addresses and routes with `ip`, and prints what the probes read beside
 // what `ip -j` reports, normalised by Python's json and ipaddress modules.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>

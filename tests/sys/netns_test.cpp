@@ -7,12 +7,10 @@
 
 #include <algorithm>
 #include <arpa/inet.h>
-#include <cerrno>
 #include <functional>
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
-#include <sstream>
 #include <string>
 #include <sys/stat.h>
 #include <sys/wait.h>

@@ -2,7 +2,6 @@
 // AP with three radios fully set and online times around the day boundaries; the documents
 // through python3's json module (the full configuration after the caller's opening) and the
 // survey through python3's XML parser; the filters, the template modes and the bounds.
-#include <sys/stat.h>
 
 #include "tests/views/view_check.h"
 

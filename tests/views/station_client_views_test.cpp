@@ -2,8 +2,6 @@
 // their values as python3 reads them. The client views' objects end in a comma and the
 // station view repeats "mark": those documents are read by tests/views/json_lenient.py,
 // which accepts exactly that departure (a keep-last reader for the repeated key).
-#include <arpa/inet.h>
-#include <sys/stat.h>
 
 #include <cstring>
 #include <ctime>

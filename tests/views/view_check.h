@@ -8,7 +8,6 @@
 
 #include <algorithm>
 
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <functional>
