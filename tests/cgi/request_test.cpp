@@ -143,16 +143,13 @@ class RequestGenerator {
     std::mt19937 rng_;
 };
 
-TEST(ProcessQueue, AgreesWithUrllibOnGeneratedRequests) {
-    constexpr int kCases = 300;
-    RequestGenerator gen(20240611);
-    std::vector<std::pair<std::string, std::string>> requests; // body, query string
+// Each request (body, query string) decodes as Python's urllib decodes it
+// (tests/cgi/urldecode_ref.py); the decoder leaves neither variable behind.
+void expect_urllib_agrees(const std::vector<std::pair<std::string, std::string>> &requests) {
     std::string reference_input;
-    for (int i = 0; i < kCases; ++i) {
-        auto &[body, query] = requests.emplace_back(gen.pairs_text(8), gen.pairs_text(5));
+    for (const auto &[body, query] : requests)
         reference_input += (body.empty() ? "-" : to_hex(body)) + " " +
                            (query.empty() ? "-" : to_hex(query)) + "\n";
-    }
     auto ref = wmtest::run_shell(
         "python3 '" + wmtest::source_dir() + "/tests/cgi/urldecode_ref.py'", reference_input);
     ASSERT_EQ(ref.exit_code(), 0) << ref.err;
@@ -168,6 +165,50 @@ TEST(ProcessQueue, AgreesWithUrllibOnGeneratedRequests) {
         EXPECT_FALSE(got.query_left);
         EXPECT_FALSE(got.referer_left);
     }
+}
+
+TEST(ProcessQueue, AgreesWithUrllibOnGeneratedRequests) {
+    RequestGenerator gen(20240611);
+    std::vector<std::pair<std::string, std::string>> requests; // body, query string
+    for (int i = 0; i < 300; ++i)
+        requests.emplace_back(gen.pairs_text(8), gen.pairs_text(5));
+    expect_urllib_agrees(requests);
+}
+
+// A component of plain runs of 0 to `longest_run` characters, each followed by '+' or %XX.
+std::string component_of_runs(std::mt19937 &rng, size_t length, size_t longest_run) {
+    static const char plain[] =
+        "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_.*~";
+    std::string out;
+    while (out.size() < length) {
+        size_t run = rng() % (longest_run + 1);
+        for (size_t i = 0; i < run; ++i)
+            out += plain[rng() % (sizeof plain - 1)];
+        char hex[4];
+        std::snprintf(hex, sizeof hex, "%%%02X", unsigned(1 + rng() % 255));
+        out += rng() % 3 == 0 ? "+" : rng() % 2 ? hex : ""; // "": the run goes on
+    }
+    return out;
+}
+
+// The decoder copies runs of plain characters several at a time: long plain runs with '+'
+// and %XX at every offset, and components that cross the 127- and 4095-byte cuts.
+TEST(ProcessQueue, LongPlainRunsAndCutsAgreeWithUrllib) {
+    wmtest::SeededRandom rng;
+    std::vector<std::pair<std::string, std::string>> requests;
+    for (int i = 0; i < 40; ++i) {
+        std::string body;
+        int pairs = 1 + int(rng() % 6);
+        for (int p = 0; p < pairs; ++p) {
+            bool long_one = rng() % 4 == 0;
+            size_t name_length = long_one ? 110 + rng() % 40 : rng() % 20;
+            size_t value_length = long_one ? 4070 + rng() % 60 : rng() % 200;
+            body += (p ? "&" : "") + component_of_runs(rng, name_length, 1 + rng() % 40) + "=" +
+                    component_of_runs(rng, value_length, 1 + rng() % 40);
+        }
+        requests.emplace_back(body, "");
+    }
+    expect_urllib_agrees(requests);
 }
 
 struct MalformedCase {

@@ -337,13 +337,12 @@ TEST(UploadHelpers, KillDaemonRunsTheScriptThroughTheShell) {
             wmtest::write_file(script, c.text);
             chmod(script.c_str(), c.mode);
         }
-        ChildResult r = run_in_child([] {
-            printf("before ");
-            int status = killDaemon();
-            printf("after %d", status);
-            return 0;
-        });
-        EXPECT_EQ(r.out, "before after " + std::to_string(c.status));
+        EXPECT_EQ(wmtest::output_of([] {
+                      printf("before ");
+                      int status = killDaemon();
+                      printf("after %d", status);
+                  }),
+                  "before after " + std::to_string(c.status));
         bool ran = c.status == (3 << 8) || c.status == (4 << 8);
         EXPECT_EQ(wmtest::read_file(root.path("/tmp/ran")), ran ? "ran\n" : "");
     }

@@ -5,7 +5,6 @@
 
 #include <cstring>
 #include <memory>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -39,10 +38,7 @@ std::string unquoted(const std::string &value) {
 
 TEST(LoadDefaultIndex, AssignsWhatSetValueAssignsLineByLine) {
     wmtest::TempRoot root;
-    std::random_device seed_source;
-    unsigned seed = seed_source();
-    SCOPED_TRACE("seed " + std::to_string(seed));
-    std::mt19937 rng(seed);
+    wmtest::SeededRandom rng;
     auto by_index = std::make_unique<qos_config>();
     auto by_scan = std::make_unique<qos_config>();
     auto table = table_of(by_index.get());

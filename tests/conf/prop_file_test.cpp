@@ -195,20 +195,15 @@ TEST(PropLookup, PutPropReplacesAndGrows) {
 TEST(PropLookup, DumpAndHiddenFields) {
     wmtest::TempRoot root;
     prop_pair pairs[] = {{(char *)"A", (char *)"1"}, {(char *)"B", (char *)"x y"}};
-    auto dump = wmtest::run_in_child([&] {
-        dump_prop(pairs, 2);
-        return 0;
-    });
-    EXPECT_EQ(dump.out, "<br> A=1</br>\n<br> B=x y</br>\n");
+    EXPECT_EQ(wmtest::output_of([&] { dump_prop(pairs, 2); }), "<br> A=1</br>\n<br> B=x y</br>\n");
     EXPECT_NE(read_file(root.path("/tmp/system.log")).find("<br> B=x y</br>\n"), std::string::npos);
-    auto hidden = wmtest::run_in_child([&] {
-        generate_hidder_from_prop(pairs, 2);
-        generate_hidder_from_prop(pairs, 0);
-        return 0;
-    });
-    EXPECT_EQ(hidden.out, "<input type=\"hidden\" name=\"A\" value=\"${A}\">\n"
-                          "<input type=\"hidden\" name=\"B\" value=\"${B}\">\n"
-                          "\"A\",\n\"B\",\n");
+    EXPECT_EQ(wmtest::output_of([&] {
+                  generate_hidder_from_prop(pairs, 2);
+                  generate_hidder_from_prop(pairs, 0);
+              }),
+              "<input type=\"hidden\" name=\"A\" value=\"${A}\">\n"
+              "<input type=\"hidden\" name=\"B\" value=\"${B}\">\n"
+              "\"A\",\n\"B\",\n");
 }
 
 TEST(PropSave, RewritesOnlyKnownKeysAndDropsUnterminatedLastLine) {

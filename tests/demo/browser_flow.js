@@ -3,7 +3,7 @@
 'use strict';
 
 const path = require('path');
-const { env, check, message, submit, logIn, visited, run } = require('./flow_lib');
+const { env, check, message, submit, logIn, visited, run, logInToOverview, navigate } = require('./flow_lib');
 
 const { BASE, ADMIN_PASS, ARTIFACTS } = env;
 const ADMIN_USER = env.ADMIN_USER;
@@ -29,9 +29,7 @@ const pfRule = (name, innerip, outer, inner) => ({
 // The port-forwarding editor: add two rules, modify one, a duplicate name, delete one, the
 // switch.
 async function editPortForwarding(page) {
-  await page.click('#nav-portforward');
-  await page.waitForURL(/rules\.html\?list=portforward/);
-  visited.push('rules.html?list=portforward');
+  await navigate(page, 'portforward', /rules\.html\?list=portforward/, 'rules.html?list=portforward');
   await page.waitForSelector('#rules tbody tr');
   check('the editor counts the rules against the list size: ' + (await page.textContent('#count')),
     (await page.textContent('#count')) === '(0 of 32)');
@@ -79,8 +77,7 @@ async function visitOtherEditors(page) {
     timegroup: { name: 'work hours', start_time: '08:00', end_time: '18:00' },
   };
   for (const [list, rule] of Object.entries(samples)) {
-    await page.click('#nav-' + list);
-    await page.waitForURL(new RegExp('rules\\.html\\?list=' + list));
+    await navigate(page, list, new RegExp('rules\\.html\\?list=' + list));
     await page.waitForSelector('#rules tbody tr');
     visited.push('rules.html?list=' + list);
     await fillRule(page, rule);
@@ -110,8 +107,7 @@ async function flow(page) {
   check('without a session the overview sends the browser to the login page', page.url().includes('reason=expired'));
 
   // Log in and see the overview.
-  await logIn(page, ADMIN_PASS);
-  await page.waitForURL(/overview\.html/);
+  await logInToOverview(page, ADMIN_PASS);
   await page.waitForFunction(() => document.querySelectorAll('#system tr').length > 0);
   visited.push('login.html', 'overview.html');
   const facts = await page.$$eval('#product th, #system th', (cells) => cells.map((c) => c.textContent));

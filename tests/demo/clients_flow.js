@@ -6,7 +6,7 @@
 const fs = require('fs');
 const path = require('path');
 const { execFileSync } = require('child_process');
-const { env, check, message, submit, logIn, screenshot, visited, run } = require('./flow_lib');
+const { env, check, submit, screenshot, visited, run, logInToOverview, navigate } = require('./flow_lib');
 
 const BUILD = path.dirname(env.ARTIFACTS);
 
@@ -49,8 +49,7 @@ const rowWith = async (page, table, text) => (await rowTexts(page, table)).find(
 const fieldError = (page, form, field) => page.textContent('#' + form + ' .field-error[data-for="' + field + '"]');
 
 async function clientsPage(page) {
-  await page.click('#nav-clients');
-  await page.waitForURL(/clients\.html/);
+  await navigate(page, 'clients', /clients\.html/);
   await page.waitForSelector('#stations tbody tr');
   visited.push('clients.html');
 
@@ -107,8 +106,7 @@ async function clientsPage(page) {
 }
 
 async function aclPage(page) {
-  await page.click('#nav-acl');
-  await page.waitForURL(/acl\.html/);
+  await navigate(page, 'acl', /acl\.html/);
   await page.waitForSelector('#radio-list tbody tr');
   visited.push('acl.html');
 
@@ -149,8 +147,7 @@ async function aclPage(page) {
 
 run(async (page) => {
   seedStations();
-  await logIn(page, env.ADMIN_PASS);
-  await page.waitForURL(/overview\.html/);
+  await logInToOverview(page, env.ADMIN_PASS);
   await clientsPage(page);
   await aclPage(page);
 });

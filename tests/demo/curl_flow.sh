@@ -6,7 +6,6 @@
 # restart, wrong passwords until the lock-out.
 source "$(dirname "$0")/lib.sh"
 
-JAR=$DEMO_ROOT.cookies
 start_demo
 
 status_is() { # description, status, http arguments...

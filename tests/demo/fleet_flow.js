@@ -3,16 +3,14 @@
 // (names, addresses, the shape of the tables), never the changing counters.
 'use strict';
 
-const { env, check, logIn, screenshot, visited, run } = require('./flow_lib');
+const { env, check, screenshot, visited, run, logInToOverview, navigate } = require('./flow_lib');
 
 const { BASE, ADMIN_PASS } = env;
 
 const cells = (page, selector) => page.$$eval(selector, (rows) => rows.map((r) => [...r.cells].map((c) => c.textContent)));
 
 async function dashboardAndList(page) {
-  await page.click('#nav-fleet');
-  await page.waitForURL(/fleet\.html/);
-  visited.push('fleet.html');
+  await navigate(page, 'fleet', /fleet\.html/, 'fleet.html');
   // fleetd writes its first fleet as the demo starts; the page follows the store.
   await page.waitForSelector('#aps tbody tr td a');
   const online = await page.textContent('#aps-online');
@@ -91,9 +89,7 @@ async function oneAp(page) {
 }
 
 async function templates(page) {
-  await page.click('#nav-templates');
-  await page.waitForURL(/templates\.html/);
-  visited.push('templates.html');
+  await navigate(page, 'templates', /templates\.html/, 'templates.html');
   await page.waitForSelector('#templates tbody tr button');
   const list = await cells(page, '#templates tbody tr');
   check('the templates are listed: ' + JSON.stringify(list), list.length === 2 && list[0][1] === 'Head office' && list[1][2] === 'AP-300');
@@ -112,9 +108,7 @@ async function templates(page) {
 }
 
 async function wlan(page) {
-  await page.click('#nav-wlan');
-  await page.waitForURL(/wlan\.html/);
-  visited.push('wlan.html');
+  await navigate(page, 'wlan', /wlan\.html/, 'wlan.html');
   await page.waitForSelector('#vaps tbody tr');
   const radios = await cells(page, '#radios tbody tr');
   check('the wireless overview lists the device\'s radios: ' + radios.length, radios.length >= 1 && radios[0][1] === '2.4 GHz');
@@ -126,8 +120,7 @@ async function wlan(page) {
 }
 
 run(async (page) => {
-  await logIn(page, ADMIN_PASS);
-  await page.waitForURL(/overview\.html/);
+  await logInToOverview(page, ADMIN_PASS);
   await dashboardAndList(page);
   await oneAp(page);
   await templates(page);

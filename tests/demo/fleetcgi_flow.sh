@@ -5,15 +5,13 @@
 # opening, the template members read as the page joins them, and what the program refuses.
 source "$(dirname "$0")/lib.sh"
 
-JAR=$DEMO_ROOT.cookies
 start_demo
 get() { http GET "/cgi-bin/fleet.cgi?$1" -b "$JAR"; }
 py() { python3 -c "$1" "$BODY" 2>&1; }
 
 get 'do=list'
 check "without a session the program answers 401" [ "$STATUS" = 401 ]
-http POST /cgi-bin/login.cgi -c "$JAR" --data-urlencode "username=$ADMIN_USER" \
-  --data-urlencode "password=$ADMIN_PASS"
+log_in
 check "the administrator logs in" [ "$STATUS" = 200 ]
 
 # fleetd writes its first fleet as the demo starts: wait until the list holds the AP.

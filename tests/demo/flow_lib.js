@@ -35,6 +35,20 @@ async function logIn(page, password, user = env.ADMIN_USER) {
   await page.click('#login');
 }
 
+// Logs in and waits for the overview the console opens with.
+async function logInToOverview(page, password) {
+  await logIn(page, password);
+  await page.waitForURL(/overview\.html/);
+}
+
+// Opens the page of menu entry `nav` and waits for its address `url`; `name`, when given,
+// is recorded as visited.
+async function navigate(page, nav, url, name) {
+  await page.click('#nav-' + nav);
+  await page.waitForURL(url);
+  if (name) visited.push(name);
+}
+
 function screenshot(page, name) {
   return page.screenshot({ path: path.join(env.ARTIFACTS, name + '.png'), fullPage: true });
 }
@@ -75,4 +89,6 @@ function run(flow) {
   });
 }
 
-module.exports = { env, check, message, submit, logIn, screenshot, visited, run };
+module.exports = {
+  env, check, message, submit, logIn, logInToOverview, navigate, screenshot, visited, run,
+};

@@ -8,20 +8,15 @@
 source "$(dirname "$0")/lib.sh"
 
 # The image tool that hashes login passwords, recording each call in CHECKS.
-TOOLS=$DEMO_ROOT.tools CHECKS=$DEMO_ROOT.checks
-mkdir -p "$TOOLS"
-cat >"$TOOLS/tq_versign" <<EOF
+CHECKS=$DEMO_ROOT.checks
+stand_in tq_versign <<EOF
 #!/bin/sh
 echo "\$*" >>'$CHECKS'
 exec '$SRC/tools/tq_versign' "\$@"
 EOF
-chmod 755 "$TOOLS/tq_versign"
-export WEBMGMT_DEMO_TOOLS=$TOOLS
 start_demo
 
-JAR=$DEMO_ROOT.cookies
 COUNTER=$DEMO_ROOT/var/loginfail
-wmconfig() { WEBMGMT_ROOT=$DEMO_ROOT LD_LIBRARY_PATH=$BUILD:$BUILD/store "$BUILD/wmconfig" "$@"; }
 login() { http POST /cgi-bin/login.cgi -c "$JAR" --data-urlencode "username=$ADMIN_USER" "$@"; }
 checks_made() { [ -f "$CHECKS" ] && wc -l <"$CHECKS" || echo 0; }
 

@@ -8,10 +8,7 @@ command -v ip >/dev/null || skip "ip (iproute2) is not installed"
 [ -r /proc/net/if_inet6 ] || skip "the kernel has no IPv6"
 
 start_demo
-JAR=$DEMO_ROOT.cookies
-http POST /cgi-bin/login.cgi -c "$JAR" --data-urlencode "username=$ADMIN_USER" \
-  --data-urlencode "password=$ADMIN_PASS"
-TOKEN=$(json_get 'd["token"]')
+log_in
 mkdir -p "$DEMO_ROOT/tmp"
 printf '%s\n' 'search lan' 'nameserver 192.168.1.1' 'nameserver fd00::53' \
   'nameserver 2001:db8::35' 'nameserver 2001:db8::99' >"$DEMO_ROOT/tmp/resolv.conf.auto"

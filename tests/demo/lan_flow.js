@@ -3,7 +3,7 @@
 // PHASE=restart runs against the restarted console and sees every change again.
 'use strict';
 
-const { env, check, submit, logIn, screenshot, visited, run } = require('./flow_lib');
+const { env, check, submit, screenshot, visited, run, logInToOverview, navigate } = require('./flow_lib');
 
 const { BASE, ADMIN_PASS, PHASE } = env;
 
@@ -76,10 +76,8 @@ async function refusals(page) {
 }
 
 async function change(page) {
-  await logIn(page, ADMIN_PASS);
-  await page.waitForURL(/overview\.html/);
-  await page.click('#nav-lan');
-  await page.waitForURL(/lan\.html/);
+  await logInToOverview(page, ADMIN_PASS);
+  await navigate(page, 'lan', /lan\.html/);
   await openLan(page);
   visited.push('lan.html');
 
@@ -103,8 +101,7 @@ async function change(page) {
 
   await refusals(page);
 
-  await page.click('#nav-wan');
-  await page.waitForURL(/wan\.html/);
+  await navigate(page, 'wan', /wan\.html/);
   await openWan(page);
   visited.push('wan.html');
   await page.click('#lines tr[data-line="1"] button.edit');
@@ -126,8 +123,7 @@ async function change(page) {
 
 run(async (page) => {
   if (PHASE === 'restart') {
-    await logIn(page, ADMIN_PASS);
-    await page.waitForURL(/overview\.html/);
+    await logInToOverview(page, ADMIN_PASS);
     await expectChanges(page, 'after a restart');
     await screenshot(page, 'wan-after-restart');
   } else {

@@ -5,26 +5,8 @@
 # restart, with playwright-core installed as run_browser_flow installs it.
 source "$(dirname "$0")/lib.sh"
 
-command -v node >/dev/null || skip "node is not installed"
-command -v npm >/dev/null || skip "npm is not installed"
-[ -x /usr/bin/chromium ] || skip "chromium is not installed (apt-get install chromium)"
-modules=$BUILD/demo-node
-mkdir -p "$modules"
-(
-  flock 9
-  if [ ! -e "$modules/node_modules/playwright-core/package.json" ] ||
-     ! cmp -s "$SRC/tests/demo/package-lock.json" "$modules/package-lock.json"; then
-    cp "$SRC/tests/demo/package.json" "$SRC/tests/demo/package-lock.json" "$modules/"
-    (cd "$modules" && npm ci --no-audit --no-fund --loglevel=error)
-  fi
-) 9>"$modules.lock" || { echo "FAIL: npm ci could not install playwright-core"; exit 1; }
-mkdir -p "$BUILD/demo-artifacts"
-
-phase() { # change|restart
-  NODE_PATH=$modules/node_modules BASE=$BASE ADMIN_USER=$ADMIN_USER ADMIN_PASS=$ADMIN_PASS \
-    ARTIFACTS=$BUILD/demo-artifacts PROFILE=$DEMO_ROOT/chromium-profile-$1 PHASE=$1 \
-    node "$SRC/tests/demo/lan_flow.js"
-}
+install_playwright
+phase() { node_flow "$SRC/tests/demo/lan_flow.js" "-$1" PHASE="$1"; } # change|restart
 
 start_demo
 [ -n "$ADMIN_USER" ] || { echo "FAIL: the demo did not tell the first-login credentials"; exit 1; }

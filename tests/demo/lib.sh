@@ -41,6 +41,7 @@ command -v python3 >/dev/null || skip "python3 is not installed"
 DEMO_ROOT=$(mktemp -d "${TMPDIR:-/tmp}/webmgmt-demo-XXXXXX")
 DEMO_PID=
 DEMO_LOG=$DEMO_ROOT.log
+JAR=$DEMO_ROOT.cookies # curl's cookies
 cleanup() {
   stop_demo
   rm -rf "$DEMO_ROOT" "$DEMO_ROOT".*
@@ -123,6 +124,26 @@ http() {
   BODY=${BODY%$'\n'}
 }
 
+# Logs the administrator in with curl: the cookie in JAR, the session token in TOKEN.
+log_in() {
+  http POST /cgi-bin/login.cgi -c "$JAR" --data-urlencode "username=$ADMIN_USER" \
+    --data-urlencode "password=$ADMIN_PASS"
+  TOKEN=$(json_get 'd["token"]')
+}
+
+# The store tool on the demo's tree.
+wmconfig() { WEBMGMT_ROOT=$DEMO_ROOT LD_LIBRARY_PATH=$BUILD:$BUILD/store "$BUILD/wmconfig" "$@"; }
+
+# Installs standard input as the stand-in device tool `name`, which the demo puts first in
+# its programs' PATH (call before start_demo).
+stand_in() { # name
+  TOOLS=$DEMO_ROOT.tools
+  mkdir -p "$TOOLS"
+  cat >"$TOOLS/$1"
+  chmod 755 "$TOOLS/$1"
+  export WEBMGMT_DEMO_TOOLS=$TOOLS
+}
+
 # A member of the JSON body, by a Python expression on `d`: json_get 'd["result"]'
 json_get() {
   python3 -c 'import json,sys; d=json.loads(sys.argv[1]); print(eval(sys.argv[2]))' "$BODY" "$1" \
@@ -137,32 +158,43 @@ finish() {
   echo "all checks passed"
 }
 
-# Runs one browser flow (a playwright-core script of tests/demo/) against a fresh demo
-# console: installs playwright-core as the committed lock file pins it, starts the demo and
-# runs the script with BASE, ADMIN_USER, ADMIN_PASS, ARTIFACTS and PROFILE set. Screenshots
-# go to <build>/demo-artifacts/. Exits with the script's status.
-run_browser_flow() { # script.js
+# Installs playwright-core as the committed lock file pins it into <build>/demo-node, one
+# installation shared by the flows: the first to need it installs it under a lock. Skips the
+# flow without node, npm or chromium.
+install_playwright() {
   command -v node >/dev/null || skip "node is not installed"
   command -v npm >/dev/null || skip "npm is not installed"
   [ -x /usr/bin/chromium ] || skip "chromium is not installed (apt-get install chromium)"
-  local modules=$BUILD/demo-node
-  # One installation shared by the flows: the first to need it installs it under a lock.
-  mkdir -p "$modules"
+  NODE_MODULES=$BUILD/demo-node
+  mkdir -p "$NODE_MODULES" "$BUILD/demo-artifacts"
   (
     flock 9
-    if [ ! -e "$modules/node_modules/playwright-core/package.json" ] ||
-       ! cmp -s "$SRC/tests/demo/package-lock.json" "$modules/package-lock.json"; then
-      cp "$SRC/tests/demo/package.json" "$SRC/tests/demo/package-lock.json" "$modules/"
-      (cd "$modules" && npm ci --no-audit --no-fund --loglevel=error)
+    if [ ! -e "$NODE_MODULES/node_modules/playwright-core/package.json" ] ||
+       ! cmp -s "$SRC/tests/demo/package-lock.json" "$NODE_MODULES/package-lock.json"; then
+      cp "$SRC/tests/demo/package.json" "$SRC/tests/demo/package-lock.json" "$NODE_MODULES/"
+      (cd "$NODE_MODULES" && npm ci --no-audit --no-fund --loglevel=error)
     fi
-  ) 9>"$modules.lock" || { echo "FAIL: npm ci could not install playwright-core"; exit 1; }
+  ) 9>"$NODE_MODULES.lock" || { echo "FAIL: npm ci could not install playwright-core"; exit 1; }
+}
 
+# Runs a playwright-core script against the running demo with BASE, ADMIN_USER, ADMIN_PASS,
+# ARTIFACTS (<build>/demo-artifacts, for the screenshots) and PROFILE (the browser profile
+# <demo>/chromium-profile<suffix>) set, and any further VAR=value given.
+node_flow() { # script.js profile-suffix [VAR=value...]
+  local script=$1 profile=$DEMO_ROOT/chromium-profile$2
+  shift 2
+  env NODE_PATH="$NODE_MODULES/node_modules" BASE="$BASE" ADMIN_USER="$ADMIN_USER" \
+    ADMIN_PASS="$ADMIN_PASS" ARTIFACTS="$BUILD/demo-artifacts" PROFILE="$profile" \
+    DEMO_ROOT="$DEMO_ROOT" "$@" node "$script"
+}
+
+# Runs one browser flow (a playwright-core script of tests/demo/) against a fresh demo
+# console; exits with the script's status.
+run_browser_flow() { # script.js
+  install_playwright
   start_demo
   [ -n "$ADMIN_USER" ] || { echo "FAIL: the demo did not tell the first-login credentials"; exit 1; }
-  mkdir -p "$BUILD/demo-artifacts"
-  NODE_PATH=$modules/node_modules BASE=$BASE ADMIN_USER=$ADMIN_USER ADMIN_PASS=$ADMIN_PASS \
-    ARTIFACTS=$BUILD/demo-artifacts PROFILE=$DEMO_ROOT/chromium-profile DEMO_ROOT=$DEMO_ROOT \
-    node "$1"
+  node_flow "$1" ""
   local status=$?
   [ $status = 0 ] || sed 's/^/demo log: /' "$DEMO_LOG"
   exit $status

@@ -3,15 +3,12 @@
 # applied to the switch, which a recording swconfig stands in for; a refused id runs nothing.
 source "$(dirname "$0")/lib.sh"
 
-TOOLS=$DEMO_ROOT.tools RUNS=$DEMO_ROOT.swconfig
-mkdir -p "$TOOLS"
-cat >"$TOOLS/swconfig" <<EOF
+RUNS=$DEMO_ROOT.swconfig
+stand_in swconfig <<EOF
 #!/bin/sh
 echo "\$*" >>'$RUNS'
 [ ! -e '$RUNS.fail' ]
 EOF
-chmod 755 "$TOOLS/swconfig"
-export WEBMGMT_DEMO_TOOLS=$TOOLS
 start_demo
 # A board of four LAN ports on switch ports 1 to 4, the fourth without VLAN support.
 set_ports=()
@@ -19,12 +16,9 @@ for i in 0 1 2 3; do
   set_ports+=("lan_vlan.port[$i].m_haveport=1" "lan_vlan.port[$i].m_port_id=$((i + 1))"
     "lan_vlan.port[$i].m_supportvlan=$((i < 3))")
 done
-WEBMGMT_ROOT=$DEMO_ROOT LD_LIBRARY_PATH=$BUILD:$BUILD/store "$BUILD/wmconfig" set lan "${set_ports[@]}"
+wmconfig set lan "${set_ports[@]}"
 
-JAR=$DEMO_ROOT.cookies
-http POST /cgi-bin/login.cgi -c "$JAR" --data-urlencode "username=$ADMIN_USER" \
-  --data-urlencode "password=$ADMIN_PASS"
-TOKEN=$(json_get 'd["token"]')
+log_in
 vlans() { http POST "/cgi-bin/lan.cgi?stork=$TOKEN" -b "$JAR" --data form=vlans "$@"; }
 
 vlans --data m_lan_port_vlan_id0=10 --data m_lan_port_vlan_id1=20 \

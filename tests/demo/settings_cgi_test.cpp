@@ -13,8 +13,6 @@
 #include "store/config_data_api.h"
 #include "support/harness.h"
 
-using wmtest::TempRoot;
-
 namespace {
 
 const char kClient[] = "10.0.0.1";
@@ -29,7 +27,7 @@ std::string program(const std::string &name) {
 // A tree with the factory defaults in flash, the session lock file and three sessions:
 // this client's and two others'.
 struct Device {
-    TempRoot root;
+    wmtest::DefaultsRoot root;
     Device() {
         // A cross build's programs cannot be started from its tests (the emulator runs the
         // test, not the programs it starts): they run in the host build.
@@ -39,7 +37,6 @@ struct Device {
             return 127;
         });
         skip = probe.exit_code() == 127 && probe.out.empty();
-        setenv("WEBMGMT_DEFAULTS_DIR", (wmtest::source_dir() + "/conf/defaults").c_str(), 1);
         wmtest::write_file(root.path("/var/loginlock"), "");
         long now = long(std::time(nullptr));
         wmtest::write_file(root.path("/var/usertoken"),
@@ -54,7 +51,6 @@ struct Device {
         });
         EXPECT_EQ(r.exit_code(), 0);
     }
-    ~Device() { unsetenv("WEBMGMT_DEFAULTS_DIR"); }
     bool skip = false;
     std::string flash(const char *section) const {
         return wmtest::read_file(root.path(std::string("/etc/config_flash/") + section + ".bin"));
@@ -67,12 +63,12 @@ struct Answer {
     std::string body;
 };
 
-// POSTs `body` to the program as this client, with its session token.
-Answer post(const std::string &name, const std::string &body) {
+// POSTs `body` to the program as this client, with its session token (or sends `method`).
+Answer post(const std::string &name, const std::string &body, const char *method = "POST") {
     std::string path = program(name);
     auto r = wmtest::run_in_child(
         [&] {
-            setenv("REQUEST_METHOD", "POST", 1);
+            setenv("REQUEST_METHOD", method, 1);
             setenv("CONTENT_TYPE", "application/x-www-form-urlencoded", 1);
             setenv("CONTENT_LENGTH", std::to_string(body.size()).c_str(), 1);
             setenv("REMOTE_ADDR", kClient, 1);
@@ -218,16 +214,10 @@ TEST(SettingsPrograms, ValidValuesAreStored) {
         EXPECT_NE(device.flash(c.section).find(c.stored), std::string::npos);
     }
     // The DDNS password is not shown back, only whether one is stored.
-    auto r = wmtest::run_in_child([&] {
-        std::string path = program("system.cgi");
-        setenv("REQUEST_METHOD", "GET", 1);
-        setenv("REMOTE_ADDR", kClient, 1);
-        setenv("HTTP_COOKIE", (std::string("stork=") + kToken).c_str(), 1);
-        execl(path.c_str(), path.c_str(), static_cast<char *>(nullptr));
-        return 127;
-    });
-    EXPECT_EQ(r.out.find("ddns-secret"), std::string::npos);
-    EXPECT_NE(r.out.find("\"pwd_set\":\"1\""), std::string::npos) << r.out;
+    Answer shown = post("system.cgi", "", "GET");
+    EXPECT_EQ(shown.status, 200) << shown.body;
+    EXPECT_EQ(shown.body.find("ddns-secret"), std::string::npos);
+    EXPECT_NE(shown.body.find("\"pwd_set\":\"1\""), std::string::npos) << shown.body;
 }
 
 // A password change stores the digest that sha256sum computes, never the password, and

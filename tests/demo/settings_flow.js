@@ -5,7 +5,7 @@
 const crypto = require('crypto');
 const fs = require('fs');
 const path = require('path');
-const { env, check, message, submit, logIn, screenshot, visited, run } = require('./flow_lib');
+const { env, check, message, submit, logIn, screenshot, run, logInToOverview, navigate } = require('./flow_lib');
 
 const { BASE, ADMIN_PASS, DEMO_ROOT } = env;
 const NEW_PASS = 'N3w-admin-pass';
@@ -32,9 +32,7 @@ async function fieldError(page, id) {
 }
 
 async function systemPage(page) {
-  await page.click('#nav-system');
-  await page.waitForURL(/system\.html/);
-  visited.push('system.html');
+  await navigate(page, 'system', /system\.html/, 'system.html');
   await page.waitForFunction(() => (document.getElementById('f-user-rootname') || {}).value);
   check('the account card shows the administrator', (await page.inputValue('#f-user-rootname')) === env.ADMIN_USER);
 
@@ -83,15 +81,12 @@ async function systemPage(page) {
   await logIn(page, ADMIN_PASS);
   text = await message(page);
   check('the old password no longer logs in: ' + text, text.includes('Wrong user name or password'));
-  await logIn(page, NEW_PASS);
-  await page.waitForURL(/overview\.html/);
+  await logInToOverview(page, NEW_PASS);
   check('the new password logs in', true);
 }
 
 async function wirelessPage(page) {
-  await page.click('#nav-wireless');
-  await page.waitForURL(/wireless\.html/);
-  visited.push('wireless.html');
+  await navigate(page, 'wireless', /wireless\.html/, 'wireless.html');
   await page.waitForSelector('#f-radio0-m_ssid00');
   await page.waitForFunction(() => (document.getElementById('f-radio0-m_ssid00') || {}).value);
   const before = await page.inputValue('#f-radio0-m_ssid00');
@@ -127,8 +122,7 @@ async function wirelessPage(page) {
 
   // After a restart: log in again (the sessions are gone) and find the settings.
   restartDevice();
-  await logIn(page, NEW_PASS);
-  await page.waitForURL(/overview\.html/);
+  await logInToOverview(page, NEW_PASS);
   await page.goto(BASE + '/wireless.html');
   await page.waitForFunction(() => (document.getElementById('f-radio0-m_ssid00') || {}).value);
   check('after a restart the SSID is there', (await page.inputValue('#f-radio0-m_ssid00')) === SSID);
@@ -138,8 +132,7 @@ async function wirelessPage(page) {
 }
 
 run(async (page) => {
-  await logIn(page, ADMIN_PASS);
-  await page.waitForURL(/overview\.html/);
+  await logInToOverview(page, ADMIN_PASS);
   await systemPage(page);
   await wirelessPage(page);
 });

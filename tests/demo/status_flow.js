@@ -3,7 +3,7 @@
 // ARP tables are filled from the host's kernel.
 'use strict';
 
-const { env, check, logIn, screenshot, visited, run } = require('./flow_lib');
+const { env, check, screenshot, run, logInToOverview, navigate } = require('./flow_lib');
 
 // The demo's leases, as the device orders them: by the address word read little-endian,
 // that is by last octet first.
@@ -16,11 +16,8 @@ const EXPECTED_LEASES = [
 ];
 
 run(async (page) => {
-  await logIn(page, env.ADMIN_PASS);
-  await page.waitForURL(/overview\.html/);
-  await page.click('#nav-status');
-  await page.waitForURL(/status\.html/);
-  visited.push('status.html');
+  await logInToOverview(page, env.ADMIN_PASS);
+  await navigate(page, 'status', /status\.html/, 'status.html');
 
   // The chart: a first sample, then more arriving by themselves.
   await page.waitForFunction(() => Number(document.getElementById('cpu-chart').dataset.samples) >= 1);

@@ -5,16 +5,13 @@
 # what the views then show.
 source "$(dirname "$0")/lib.sh"
 
-JAR=$DEMO_ROOT.cookies
 MAC=00:1E:42:10:0C:D0 # the AP fleetd registers
 start_demo
 post() { http POST "/cgi-bin/templates.cgi?stork=$TOKEN" -b "$JAR" "$@"; }
 view() { http GET "/cgi-bin/fleet.cgi?stork=$TOKEN&$1" -b "$JAR"; }
 
-http POST /cgi-bin/login.cgi -c "$JAR" --data-urlencode "username=$ADMIN_USER" \
-  --data-urlencode "password=$ADMIN_PASS"
+log_in
 check "the administrator logs in" [ "$STATUS" = 200 ]
-TOKEN=$(json_get 'd["token"]')
 post --data 'form=ap'
 check "a post without the session token in the query is refused" \
   [ "$(TOKEN=; http POST /cgi-bin/templates.cgi -b "$JAR" --data form=ap; echo "$STATUS")" = 401 ]

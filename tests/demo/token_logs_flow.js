@@ -5,16 +5,14 @@
 'use strict';
 
 const fs = require('fs');
-const { env, check, submit, logIn, screenshot, visited, run } = require('./flow_lib');
+const { env, check, submit, screenshot, visited, run, logInToOverview, navigate } = require('./flow_lib');
 
 run(async (page) => {
-  await logIn(page, env.ADMIN_PASS);
-  await page.waitForURL(/overview\.html/);
+  await logInToOverview(page, env.ADMIN_PASS);
   await page.waitForFunction(() => document.querySelectorAll('#system tr').length > 0);
   visited.push('login.html', 'overview.html');
 
-  await page.click('#nav-portforward');
-  await page.waitForURL(/rules\.html\?list=portforward/);
+  await navigate(page, 'portforward', /rules\.html\?list=portforward/);
   await page.waitForSelector('#rules tbody tr');
   visited.push('rules.html?list=portforward');
   await submit(page, () => page.click('#delete-all'));

@@ -4,11 +4,9 @@
 // fresh process.
 #pragma once
 
-#include <arpa/inet.h>
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <functional>
 #include <string>
@@ -36,55 +34,28 @@ inline Records fetch() {
 
 using Form = std::function<int(Records &, const form_pair *, int)>;
 
-// "%XX" for everything but letters, digits and "-._".
-inline std::string encode(const std::string &s) {
-    std::string out;
-    for (unsigned char c : s) {
-        if (std::isalnum(c) || c == '-' || c == '.' || c == '_') {
-            out += char(c);
-        } else {
-            char hex[4];
-            std::snprintf(hex, sizeof hex, "%%%02X", c);
-            out += hex;
-        }
-    }
-    return out;
-}
-
 inline std::string body_of(const std::vector<std::pair<std::string, std::string>> &vars) {
     std::string body;
     for (const auto &[name, value] : vars)
-        body += (body.empty() ? "" : "&") + encode(name) + "=" + encode(value);
+        body +=
+            (body.empty() ? "" : "&") + wmtest::url_encode(name) + "=" + wmtest::url_encode(value);
     return body;
 }
 
 // One request: the form's result.
 inline int request(const std::string &body, const Form &form) {
-    auto r = wmtest::run_in_child(
-        [&] {
-            setenv("REQUEST_METHOD", "POST", 1);
-            setenv("CONTENT_TYPE", "application/x-www-form-urlencoded", 1);
-            setenv("CONTENT_LENGTH", std::to_string(body.size()).c_str(), 1);
-            static form_pair pairs[WEBMGMT_FORM_PAIRS];
-            int n = process_queue(pairs);
-            Records rec = fetch();
-            std::printf("\nrc=%d", form(rec, pairs, n));
-            return 0;
-        },
-        body);
-    size_t at = r.out.rfind("\nrc=");
-    EXPECT_EQ(r.exit_code(), 0) << r.err;
-    return at == std::string::npos ? -999 : std::atoi(r.out.c_str() + at + 4);
+    return wmtest::post_form(body, [&](const form_pair *p, int n) {
+        Records rec = fetch();
+        return form(rec, p, n);
+    });
 }
 
 // What a fresh process reads back, printed by `print`.
 inline std::string stored(const std::function<std::string(const Records &)> &print) {
-    auto r = wmtest::run_in_child([&] {
+    return wmtest::output_of([&] {
         std::string s = print(fetch());
         std::fwrite(s.data(), 1, s.size(), stdout);
-        return 0;
     });
-    return r.out;
 }
 
 // Puts one managed AP in the store, as the controller registers it.
@@ -103,15 +74,10 @@ inline void seed_ap() {
     ASSERT_EQ(r.exit_code(), 0);
 }
 
-template <size_t N> std::string text(const char (&m)[N]) {
-    return std::string(m, strnlen(m, N));
-}
+using wmtest::text;
 
 inline std::string mac_text(const mac_field &m) {
-    char t[18];
-    std::snprintf(t, sizeof t, "%02x:%02x:%02x:%02x:%02x:%02x", m.mac[0], m.mac[1], m.mac[2],
-                  m.mac[3], m.mac[4], m.mac[5]);
-    return t;
+    return wmtest::mac_text(m.mac, false);
 }
 
 inline const ap_template_entry *find_named(const ap_template_list_config &l, const char *name) {

@@ -133,14 +133,6 @@ void round_trip(const ViewCase &c) {
     }
 }
 
-int template_index(const Records &rec, const char *name) {
-    for (int i = 0; i < WEBMGMT_AP_TEMPLATES; ++i)
-        if (rec.list->m_template[i].m_wlan_group_id > 0 &&
-            text(rec.list->m_template[i].m_wlan_group_name) == name)
-            return i;
-    return 0;
-}
-
 TEST(ApFormsViews, EveryMemberRoundTripsThroughItsView) {
     TempRoot root;
     seed_ap();
@@ -172,7 +164,8 @@ TEST(ApFormsViews, EveryMemberRoundTripsThroughItsView) {
                    {{"m_wlan_group_name", "office"}},
                    radio_rows(c, "cf.m_radio"),
                    [](const Records &r) {
-                       int i = template_index(r, "office");
+                       const ap_template_entry *t = find_named(*r.list, "office");
+                       int i = t ? int(t - r.list->m_template) : 0;
                        std::printf("{\"cf\":");
                        printf_ApTemplateList_cf_json(r.list->m_template, i);
                        std::printf(",\"row\":");

@@ -1,22 +1,10 @@
 // The template list's element form step by step (add, duplicate names, modify, unknown ids,
 // a full list, delete one, delete all), binding a managed AP to a template and unbinding it,
 // and two processes adding one name at once.
-#include <fcntl.h>
-#include <sched.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <fstream>
-#include <sstream>
-
 #include "tests/forms/ap_forms_util.h"
 
 using namespace aptest;
-using wmtest::Child;
-using wmtest::finish_child;
-using wmtest::start_child;
 using wmtest::TempRoot;
-using wmtest::waiting_for_lock;
 
 namespace {
 
@@ -160,8 +148,6 @@ TEST(ApTemplateList, BindAndUnbind) {
     }
 }
 
-// A child that reports one int through a pipe once the parent says go.
-
 // Both processes load the list (empty of the name) before either adds, then add at once:
 // one template is stored, one process gets the duplicate code.
 TEST(ApTemplateList, SameNameFromTwoProcesses) {
@@ -169,30 +155,14 @@ TEST(ApTemplateList, SameNameFromTwoProcesses) {
     for (int round = 0; round < 3; ++round) {
         SCOPED_TRACE(round);
         std::string name = "same" + std::to_string(round);
-        int ready[2], go[2];
-        ASSERT_EQ(pipe(ready), 0);
-        ASSERT_EQ(pipe(go), 0);
-        auto adder = [&](int ready_fd, int go_fd) {
-            close(ready[0]);
-            close(go[1]);
+        auto adder = [&](const std::function<bool()> &go) {
             ap_template_list_config *list = SC_Get_ApTemplateList_System_Config();
-            char byte = 'r';
-            if (write(ready_fd, &byte, 1) != 1 || read(go_fd, &byte, 1) != 1) return -1;
+            if (!go()) return -1;
             std::string n = "m_wlan_group_name", v = name;
             form_pair pairs[] = {{n.data(), v.data()}};
             return save_apTemplate_config_element(list, 0, pairs, 1);
         };
-        Child a = start_child([&] { return adder(ready[1], go[0]); });
-        Child b = start_child([&] { return adder(ready[1], go[0]); });
-        close(ready[1]);
-        close(go[0]);
-        char byte;
-        ASSERT_EQ(read(ready[0], &byte, 1), 1);
-        ASSERT_EQ(read(ready[0], &byte, 1), 1);
-        ASSERT_EQ(write(go[1], "gg", 2), 2);
-        close(go[1]);
-        close(ready[0]);
-        int ra = finish_child(a), rb = finish_child(b);
+        auto [ra, rb] = wmtest::run_together(adder, adder);
         EXPECT_EQ(std::min(ra, rb), 0);
         EXPECT_EQ(std::max(ra, rb), WEBMGMT_FORM_DUPLICATE);
         std::string list = templates();
@@ -210,32 +180,16 @@ TEST(ApTemplateList, AddWaitsForTheListLock) {
     TempRoot root;
     std::string path = stored([](const Records &r) { return text(r.list->lock_file); });
     ASSERT_FALSE(path.empty());
-    int fd = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
-    ASSERT_GE(fd, 0);
-    struct flock fl {};
-    fl.l_type = F_WRLCK;
-    fl.l_whence = SEEK_SET;
-    ASSERT_EQ(fcntl(fd, F_SETLKW, &fl), 0);
-    Child adder = start_child([] {
-        std::string n = "m_wlan_group_name", v = "waited";
-        form_pair pairs[] = {{n.data(), v.data()}};
-        return save_apTemplate_config_element(SC_Get_ApTemplateList_System_Config(), 0, pairs, 1);
-    });
-    // Wait (without a clock) until the kernel lists the child as a waiter on our lock.
-    bool seen = false;
-    for (long spins = 0; spins < 100000000 && !seen; ++spins) {
-        seen = waiting_for_lock(adder.pid);
-        int status;
-        if (!seen && waitpid(adder.pid, &status, WNOHANG) == adder.pid)
-            FAIL() << "the add finished while the list was locked";
-        sched_yield();
-    }
-    EXPECT_TRUE(seen);
-    EXPECT_EQ(templates(), "count 0");
-    fl.l_type = F_UNLCK;
-    ASSERT_EQ(fcntl(fd, F_SETLK, &fl), 0);
-    close(fd);
-    EXPECT_EQ(finish_child(adder), 0);
+    int result = wmtest::result_after_lock_wait(
+        path,
+        [] {
+            std::string n = "m_wlan_group_name", v = "waited";
+            form_pair pairs[] = {{n.data(), v.data()}};
+            return save_apTemplate_config_element(SC_Get_ApTemplateList_System_Config(), 0, pairs,
+                                                  1);
+        },
+        [] { EXPECT_EQ(templates(), "count 0"); });
+    EXPECT_EQ(result, 0);
     EXPECT_EQ(templates(), "1:waited count 1");
 }
 

@@ -6,7 +6,6 @@
 
 #include <cstdio>
 #include <cstring>
-#include <functional>
 #include <string>
 
 #include "store/config_data_api.h"
@@ -16,46 +15,17 @@ using wmtest::TempRoot;
 
 namespace {
 
-using Form = std::function<int(const form_pair *, int)>;
-
-// One POST request in a fresh process: the form's result.
-int request(const std::string &body, const Form &form) {
-    auto r = wmtest::run_in_child(
-        [&] {
-            setenv("REQUEST_METHOD", "POST", 1);
-            setenv("CONTENT_TYPE", "application/x-www-form-urlencoded", 1);
-            setenv("CONTENT_LENGTH", std::to_string(body.size()).c_str(), 1);
-            static form_pair pairs[WEBMGMT_FORM_PAIRS];
-            int n = process_queue(pairs);
-            std::printf("\nrc=%d", form(pairs, n));
-            return 0;
-        },
-        body);
-    size_t at = r.out.rfind("\nrc=");
-    EXPECT_EQ(r.exit_code(), 0) << r.err;
-    EXPECT_NE(at, std::string::npos) << r.out << r.err;
-    return at == std::string::npos ? -999 : std::atoi(r.out.c_str() + at + 4);
-}
-
-// What a fresh process prints of the store.
-std::string stored(const std::function<void()> &print) {
-    return wmtest::run_in_child([&] {
-               print();
-               return 0;
-           })
-        .out;
-}
+using wmtest::Form;
+using wmtest::output_of;
+using wmtest::post_form;
 
 std::string mac_text(const mac_field &m) {
-    char t[18];
-    std::snprintf(t, sizeof t, "%02X:%02X:%02X:%02X:%02X:%02X", m.mac[0], m.mac[1], m.mac[2],
-                  m.mac[3], m.mac[4], m.mac[5]);
-    return t;
+    return wmtest::mac_text(m.mac);
 }
 
 // The accounts in use: "id:name:MAC:deny:bind;" each.
 std::string accounts() {
-    return stored([] {
+    return output_of([] {
         const clients_config *c = SC_Get_Clients_System_Config();
         std::printf("%d|", c->count);
         for (const client_account &a : c->m_client)
@@ -66,7 +36,7 @@ std::string accounts() {
 }
 
 std::string groups() {
-    return stored([] {
+    return output_of([] {
         const clients_groups_config *g = SC_Get_Clients_Groups_System_Config();
         std::printf("%d|", g->count);
         for (const client_group &e : g->m_group)
@@ -75,7 +45,7 @@ std::string groups() {
 }
 
 std::string acl(int radio) {
-    return stored([radio] {
+    return output_of([radio] {
         const wifi_acllist &l = SC_Get_SC_WiFi_Config()->m_radio[radio].m_acllist;
         std::printf("mode %d count %d|", l.mode, l.count);
         for (const acl_entry &e : l.element)
@@ -84,7 +54,7 @@ std::string acl(int radio) {
 }
 
 std::string ext_acl() {
-    return stored([] {
+    return output_of([] {
         const misc_ext_acl &l = SC_Get_Misc_Ext_System_Config()->acl_info;
         std::printf("%d|", l.count);
         for (const acl_entry &e : l.info)
@@ -109,16 +79,16 @@ Form ext_form(int op) {
 
 TEST(ClientGroupForm, AddModifyDeleteAndDeleteAll) {
     TempRoot root;
-    EXPECT_EQ(request("m_name=staff", groups_form(0)), 0);
-    EXPECT_EQ(request("m_name=guests", groups_form(0)), 0);
+    EXPECT_EQ(post_form("m_name=staff", groups_form(0)), 0);
+    EXPECT_EQ(post_form("m_name=guests", groups_form(0)), 0);
     EXPECT_EQ(groups(), "2|1:staff;2:guests;");
-    EXPECT_EQ(request("m_id=2&m_name=visitors", groups_form(2)), 0);
+    EXPECT_EQ(post_form("m_id=2&m_name=visitors", groups_form(2)), 0);
     EXPECT_EQ(groups(), "2|1:staff;2:visitors;");
     // A modify of an id not in the list passes the store's answer back.
-    EXPECT_EQ(request("m_id=7&m_name=x", groups_form(7)), CONFIG_ERR_NO_ID);
-    EXPECT_EQ(request("id=1", groups_form(-1)), 0);
+    EXPECT_EQ(post_form("m_id=7&m_name=x", groups_form(7)), CONFIG_ERR_NO_ID);
+    EXPECT_EQ(post_form("id=1", groups_form(-1)), 0);
     EXPECT_EQ(groups(), "1|2:visitors;");
-    EXPECT_EQ(request("", groups_form(-2)), 0);
+    EXPECT_EQ(post_form("", groups_form(-2)), 0);
     EXPECT_EQ(groups(), "0|");
 }
 
@@ -126,22 +96,22 @@ TEST(ClientGroupForm, AddModifyDeleteAndDeleteAll) {
 // rest of the section is not saved by it.
 TEST(ClientGroupForm, MakesNoSaveCall) {
     TempRoot root;
-    EXPECT_EQ(request("m_name=staff",
-                      [](const form_pair *p, int n) {
-                          std::strcpy(SC_Get_Clients_Groups_System_Config()->resved, "unsaved");
-                          return save_clients_groups_config(0, p, n);
-                      }),
+    EXPECT_EQ(post_form("m_name=staff",
+                        [](const form_pair *p, int n) {
+                            std::strcpy(SC_Get_Clients_Groups_System_Config()->resved, "unsaved");
+                            return save_clients_groups_config(0, p, n);
+                        }),
               0);
     EXPECT_EQ(groups(), "1|1:staff;");
-    EXPECT_EQ(stored([] { std::printf("[%s]", SC_Get_Clients_Groups_System_Config()->resved); }),
+    EXPECT_EQ(output_of([] { std::printf("[%s]", SC_Get_Clients_Groups_System_Config()->resved); }),
               "[]");
 }
 
 TEST(ClientGroupForm, TenGroupsFillTheTable) {
     TempRoot root;
     for (int i = 0; i < WEBMGMT_CLIENT_GROUPS; ++i)
-        EXPECT_EQ(request("m_name=g" + std::to_string(i), groups_form(0)), 0);
-    EXPECT_EQ(request("m_name=one-more", groups_form(0)), CONFIG_ERR_FULL);
+        EXPECT_EQ(post_form("m_name=g" + std::to_string(i), groups_form(0)), 0);
+    EXPECT_EQ(post_form("m_name=one-more", groups_form(0)), CONFIG_ERR_FULL);
     EXPECT_EQ(groups().substr(0, 3), "10|");
 }
 
@@ -155,8 +125,8 @@ TEST(ClientForm, EveryMemberIsConvertedByItsWidth) {
                        "&m_auth_type=3&m_group_id=4&m_state=5&m_role=6&m_is_bindmac=0"
                        "&m_vlan=65535&m_max_on_line=4000000000&m_start_time=1&m_end_time=2"
                        "&m_last_time=3&m_open_id=openid&m_card_id=card";
-    EXPECT_EQ(request(body, clients_form(0)), 0);
-    std::string out = stored([] {
+    EXPECT_EQ(post_form(body, clients_form(0)), 0);
+    std::string out = output_of([] {
         const client_account &a = SC_Get_Clients_System_Config()->m_client[0];
         std::printf("%d %s %s %s %s %s %s %d %d %d %d %d %d %d %d %d %d %d %u %u %u %u %u %s %s",
                     a.m_id, a.m_name, a.m_pass, a.m_account, a.m_tel, a.m_mark,
@@ -173,22 +143,22 @@ TEST(ClientForm, EveryMemberIsConvertedByItsWidth) {
 TEST(ClientForm, AddModifyDeleteWriteProcMac) {
     TempRoot root;
     std::string proc_mac = root.path("/var/proc_mac");
-    EXPECT_EQ(request("m_name=bob&m_haddr=AA:BB:CC:00:11:22&m_is_bindmac=1", clients_form(0)), 0);
+    EXPECT_EQ(post_form("m_name=bob&m_haddr=AA:BB:CC:00:11:22&m_is_bindmac=1", clients_form(0)), 0);
     EXPECT_EQ(wmtest::read_file(proc_mac), "AA:BB:CC:00:11:22\n");
-    EXPECT_EQ(request("m_id=1&m_name=bob&m_haddr=AA:BB:CC:00:11:22&m_is_bindmac=0&m_is_deny=1",
-                      clients_form(1)),
+    EXPECT_EQ(post_form("m_id=1&m_name=bob&m_haddr=AA:BB:CC:00:11:22&m_is_bindmac=0&m_is_deny=1",
+                        clients_form(1)),
               0);
     EXPECT_EQ(wmtest::read_file(proc_mac), "AA:BB:CC:00:11:22-----------\n");
     EXPECT_EQ(accounts(), "1|1:bob:AA:BB:CC:00:11:22:1:0;");
     // Without a MAC in the form /proc/mac is left alone.
     wmtest::write_file(proc_mac, "");
-    EXPECT_EQ(request("m_id=1&m_name=robert", clients_form(1)), 0);
+    EXPECT_EQ(post_form("m_id=1&m_name=robert", clients_form(1)), 0);
     EXPECT_EQ(wmtest::read_file(proc_mac), "");
     // A modify the store refuses writes nothing and passes the store's result back.
-    EXPECT_EQ(request("m_id=9&m_haddr=AA:BB:CC:00:11:22&m_is_bindmac=1", clients_form(9)),
+    EXPECT_EQ(post_form("m_id=9&m_haddr=AA:BB:CC:00:11:22&m_is_bindmac=1", clients_form(9)),
               CONFIG_ERR_NO_ID);
     EXPECT_EQ(wmtest::read_file(proc_mac), "");
-    EXPECT_EQ(request("id=1&m_haddr=aa:bb:cc:00:11:22", clients_form(-1)), 0);
+    EXPECT_EQ(post_form("id=1&m_haddr=aa:bb:cc:00:11:22", clients_form(-1)), 0);
     EXPECT_EQ(wmtest::read_file(proc_mac), "aa:bb:cc:00:11:22-----------\n");
     EXPECT_EQ(accounts(), "0|");
 }
@@ -196,9 +166,9 @@ TEST(ClientForm, AddModifyDeleteWriteProcMac) {
 TEST(ClientForm, DeleteAllEmptiesTheTable) {
     TempRoot root;
     for (const char *name : {"a", "b", "c"})
-        EXPECT_EQ(request(std::string("m_name=") + name, clients_form(0)), 0);
+        EXPECT_EQ(post_form(std::string("m_name=") + name, clients_form(0)), 0);
     EXPECT_EQ(accounts().substr(0, 2), "3|");
-    EXPECT_EQ(request("", clients_form(-2)), 0);
+    EXPECT_EQ(post_form("", clients_form(-2)), 0);
     EXPECT_EQ(accounts(), "0|");
 }
 
@@ -223,23 +193,14 @@ TEST(ClientForm, InjectionCorpusRunsNothing) {
         "AA-BB-CC-DD-EE-FF",
         "GG:BB:CC:DD:EE:FF",
     };
-    auto encode = [](const std::string &s) {
-        std::string out;
-        char hex[4];
-        for (unsigned char c : s) {
-            std::snprintf(hex, sizeof hex, "%%%02X", c);
-            out += hex;
-        }
-        return out;
-    };
-    EXPECT_EQ(request("m_name=victim", clients_form(0)), 0);
+    EXPECT_EQ(post_form("m_name=victim", clients_form(0)), 0);
     for (const std::string &bad : corpus) {
         SCOPED_TRACE(bad);
-        std::string value = encode(bad);
+        std::string value = wmtest::url_encode(bad);
         wmtest::write_file(proc_mac, "untouched\n");
-        EXPECT_EQ(request("m_name=x&m_is_bindmac=1&m_haddr=" + value, clients_form(0)), 0);
-        EXPECT_EQ(request("m_id=1&m_name=y&m_haddr=" + value, clients_form(1)), 0);
-        EXPECT_EQ(request("id=99&m_haddr=" + value, clients_form(-1)), 0);
+        EXPECT_EQ(post_form("m_name=x&m_is_bindmac=1&m_haddr=" + value, clients_form(0)), 0);
+        EXPECT_EQ(post_form("m_id=1&m_name=y&m_haddr=" + value, clients_form(1)), 0);
+        EXPECT_EQ(post_form("id=99&m_haddr=" + value, clients_form(-1)), 0);
         EXPECT_EQ(wmtest::read_file(proc_mac), "untouched\n");
         EXPECT_FALSE(wmtest::file_exists(marker));
     }
@@ -249,33 +210,34 @@ TEST(ClientForm, InjectionCorpusRunsNothing) {
 
 TEST(AclForm, AddModifyDeleteOnOneRadio) {
     TempRoot root;
-    EXPECT_EQ(request("name=laptop&mac=00:11:22:33:44:55&status=1&mark=desk", acl_form(0, 1)), 0);
-    EXPECT_EQ(request("name=phone&mac=00:11:22:33:44:66&status=0", acl_form(0, 1)), 0);
+    EXPECT_EQ(post_form("name=laptop&mac=00:11:22:33:44:55&status=1&mark=desk", acl_form(0, 1)), 0);
+    EXPECT_EQ(post_form("name=phone&mac=00:11:22:33:44:66&status=0", acl_form(0, 1)), 0);
     EXPECT_EQ(acl(1),
               "mode 0 count 2|1:laptop:00:11:22:33:44:55:1:desk;2:phone:00:11:22:33:44:66:0:;");
     EXPECT_EQ(acl(0), "mode 0 count 0|");
     // The name is always checked, whatever the firewall's duplicate switch says.
-    EXPECT_EQ(request("name=laptop&mac=00:00:00:00:00:01", acl_form(0, 1)), 10);
+    EXPECT_EQ(post_form("name=laptop&mac=00:00:00:00:00:01", acl_form(0, 1)), 10);
     // Another radio's list is its own.
-    EXPECT_EQ(request("name=laptop&mac=00:00:00:00:00:01", acl_form(0, 2)), 0);
+    EXPECT_EQ(post_form("name=laptop&mac=00:00:00:00:00:01", acl_form(0, 2)), 0);
     // Renaming to another entry's name is refused; keeping its own name is not.
-    EXPECT_EQ(request("id=2&name=laptop&mac=00:11:22:33:44:66", acl_form(2, 1)), 10);
-    EXPECT_EQ(request("id=2&name=phone&mac=00:11:22:33:44:77&status=1", acl_form(2, 1)), 0);
+    EXPECT_EQ(post_form("id=2&name=laptop&mac=00:11:22:33:44:66", acl_form(2, 1)), 10);
+    EXPECT_EQ(post_form("id=2&name=phone&mac=00:11:22:33:44:77&status=1", acl_form(2, 1)), 0);
     EXPECT_EQ(acl(1),
               "mode 0 count 2|1:laptop:00:11:22:33:44:55:1:desk;2:phone:00:11:22:33:44:77:1:;");
-    EXPECT_EQ(request("id=1", acl_form(-1, 1)), 0);
+    EXPECT_EQ(post_form("id=1", acl_form(-1, 1)), 0);
     EXPECT_EQ(acl(1), "mode 0 count 1|2:phone:00:11:22:33:44:77:1:;");
-    EXPECT_EQ(request("", acl_form(-2, 1)), 0);
+    EXPECT_EQ(post_form("", acl_form(-2, 1)), 0);
     EXPECT_EQ(acl(1), "mode 0 count 0|");
     EXPECT_EQ(acl(2), "mode 0 count 1|1:laptop:00:00:00:00:00:01:0:;");
     // A radio outside the three changes nothing.
-    EXPECT_EQ(request("name=x", acl_form(0, 3)), -1);
-    EXPECT_EQ(request("name=x", acl_form(0, -1)), -1);
+    EXPECT_EQ(post_form("name=x", acl_form(0, 3)), -1);
+    EXPECT_EQ(post_form("name=x", acl_form(0, -1)), -1);
 }
 
 TEST(AclForm, ModeIsSetOnEveryRadio) {
     TempRoot root;
-    EXPECT_EQ(request("", [](const form_pair *, int) { return save_wifi_acl_mode_config(2); }), 0);
+    EXPECT_EQ(post_form("", [](const form_pair *, int) { return save_wifi_acl_mode_config(2); }),
+              0);
     for (int r = 0; r < WEBMGMT_WIFI_RADIO_COUNT; ++r)
         EXPECT_EQ(acl(r), "mode 2 count 0|");
 }
@@ -296,22 +258,22 @@ TEST(AclForm, LockFileFailureCountsAsDuplicate) {
 
 TEST(AclExtForm, AddModifyDeleteAndMinusTwoModifies) {
     TempRoot root;
-    EXPECT_EQ(request("name=tv&mac=00:00:00:00:00:0A", ext_form(0)), 0);
+    EXPECT_EQ(post_form("name=tv&mac=00:00:00:00:00:0A", ext_form(0)), 0);
     // No name check on the global list.
-    EXPECT_EQ(request("name=tv&mac=00:00:00:00:00:0B", ext_form(0)), 0);
+    EXPECT_EQ(post_form("name=tv&mac=00:00:00:00:00:0B", ext_form(0)), 0);
     EXPECT_EQ(ext_acl(), "2|1:tv:00:00:00:00:00:0A;2:tv:00:00:00:00:00:0B;");
     // -2 is a modify here: the list has no delete-all.
-    EXPECT_EQ(request("id=1&name=radio&mac=00:00:00:00:00:0C", ext_form(-2)), 0);
+    EXPECT_EQ(post_form("id=1&name=radio&mac=00:00:00:00:00:0C", ext_form(-2)), 0);
     EXPECT_EQ(ext_acl(), "2|1:radio:00:00:00:00:00:0C;2:tv:00:00:00:00:00:0B;");
-    EXPECT_EQ(request("id=2", ext_form(-1)), 0);
+    EXPECT_EQ(post_form("id=2", ext_form(-1)), 0);
     EXPECT_EQ(ext_acl(), "1|1:radio:00:00:00:00:00:0C;");
-    EXPECT_EQ(request("id=5&name=none", ext_form(5)), CONFIG_ERR_NO_ID);
+    EXPECT_EQ(post_form("id=5&name=none", ext_form(5)), CONFIG_ERR_NO_ID);
 }
 
 // ---- station marks ------------------------------------------------------------------------
 
 std::string marks() {
-    return stored([] {
+    return output_of([] {
         const clients_config *c = SC_Get_Clients_System_Config();
         for (int i = 0; i < WEBMGMT_STA_MARKS; ++i) {
             const sta_mark &m = c->m_sta_mark[i];
@@ -334,26 +296,27 @@ Form unmark_form(const char *mac) {
 
 TEST(MarkForm, MarkAndClear) {
     TempRoot root;
-    EXPECT_EQ(request("mark=printer", mark_form(3, "0a:BB:cc:00:00:01")), 0);
+    EXPECT_EQ(post_form("mark=printer", mark_form(3, "0a:BB:cc:00:00:01")), 0);
     EXPECT_EQ(marks(), "3:0A:BB:CC:00:00:01:printer;");
     // The comparison is exact against upper case: a lower-case text clears nothing.
-    EXPECT_EQ(request("", unmark_form("0a:bb:cc:00:00:01")), 0);
+    EXPECT_EQ(post_form("", unmark_form("0a:bb:cc:00:00:01")), 0);
     EXPECT_EQ(marks(), "3:0A:BB:CC:00:00:01:printer;");
-    EXPECT_EQ(request("", unmark_form("0A:BB:CC:00:00:01")), 0);
+    EXPECT_EQ(post_form("", unmark_form("0A:BB:CC:00:00:01")), 0);
     EXPECT_EQ(marks(), "");
 }
 
 // Clearing saves the section whether or not an entry matched.
 TEST(MarkForm, ClearSavesEvenWithoutAMatch) {
     TempRoot root;
-    EXPECT_EQ(request("",
-                      [](const form_pair *, int) {
-                          clients_config *c = SC_Get_Clients_System_Config();
-                          std::strcpy(c->resved, "saved");
-                          return del_user_mark(c, "no:such:mac");
-                      }),
+    EXPECT_EQ(post_form("",
+                        [](const form_pair *, int) {
+                            clients_config *c = SC_Get_Clients_System_Config();
+                            std::strcpy(c->resved, "saved");
+                            return del_user_mark(c, "no:such:mac");
+                        }),
               0);
-    EXPECT_EQ(stored([] { std::printf("%s", SC_Get_Clients_System_Config()->resved); }), "saved");
+    EXPECT_EQ(output_of([] { std::printf("%s", SC_Get_Clients_System_Config()->resved); }),
+              "saved");
 }
 
 // At most 256 entries in use: with 255 a mark is stored, with 256 it is refused with 2.
@@ -369,17 +332,17 @@ TEST(MarkForm, TheTableHoldsAtMost256) {
             return save_user_mark(c, p, n, 299, "02:00:00:00:00:99");
         };
     };
-    EXPECT_EQ(request("mark=last", fill(255)), 0);
+    EXPECT_EQ(post_form("mark=last", fill(255)), 0);
     EXPECT_NE(marks().find("299:02:00:00:00:00:99:last;"), std::string::npos);
     TempRoot again;
-    EXPECT_EQ(request("mark=refused", fill(256)), 2);
+    EXPECT_EQ(post_form("mark=refused", fill(256)), 2);
     EXPECT_EQ(marks(), "");
 }
 
 TEST(MarkForm, IndexOutsideTheTableChangesNothing) {
     TempRoot root;
-    EXPECT_EQ(request("mark=x", mark_form(300, "02:00:00:00:00:01")), -1);
-    EXPECT_EQ(request("mark=x", mark_form(-1, "02:00:00:00:00:01")), -1);
+    EXPECT_EQ(post_form("mark=x", mark_form(300, "02:00:00:00:00:01")), -1);
+    EXPECT_EQ(post_form("mark=x", mark_form(-1, "02:00:00:00:00:01")), -1);
     EXPECT_EQ(marks(), "");
 }
 
@@ -387,7 +350,7 @@ TEST(MarkForm, IndexOutsideTheTableChangesNothing) {
 TEST(MarkForm, LongMarkFillsTheEntry) {
     TempRoot root;
     std::string mark(100, 'm');
-    EXPECT_EQ(request("mark=" + mark, mark_form(0, "02:00:00:00:00:01")), 0);
+    EXPECT_EQ(post_form("mark=" + mark, mark_form(0, "02:00:00:00:00:01")), 0);
     EXPECT_EQ(marks(), "0:02:00:00:00:00:01:" + std::string(85, 'm') + ";");
 }
 

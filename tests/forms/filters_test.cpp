@@ -16,10 +16,7 @@ namespace {
 
 // Records come from std::make_unique<T>(): value-initialised, all zero.
 
-template <size_t N> void set_text(char (&dst)[N], const std::string &s) {
-    std::memset(dst, 0, N);
-    std::memcpy(dst, s.data(), s.size() < N ? s.size() : N);
-}
+using wmtest::put;
 
 uint32_t ip(const char *dotted) {
     return inet_addr(dotted);
@@ -38,7 +35,7 @@ struct Lists {
 
     template <typename Slot> static void name_slot(Slot &s, int id, const std::string &name) {
         s.id = id;
-        set_text(s.name, name);
+        put(s.name, name);
     }
     void name_everywhere(size_t slot, int id, const std::string &name) {
         name_slot(timegroup->usertimegroup.element[slot], id, name);
@@ -196,8 +193,8 @@ TEST(ContentFilters, IpAndTimeGroups) {
     timegroup_entry &t = times->usertimegroup.element[0];
     t.id = 2;
     t.weekday1 = t.weekday3 = 1;
-    set_text(t.start_time, "08:00");
-    set_text(t.end_time, "17:30");
+    put(t.start_time, "08:00");
+    put(t.end_time, "17:30");
     timegroup_item ti{};
     ti.weekday[0] = ti.weekday[2] = 1;
     std::strcpy(ti.start_time, "08:00");
@@ -220,12 +217,12 @@ TEST(Schedules, FromGroupsAndOwnFields) {
     times->usertimegroup.count = 3;
     timegroup_entry *e = times->usertimegroup.element;
     e[0].id = 7;
-    set_text(e[0].start_time, "01:00");
+    put(e[0].start_time, "01:00");
     e[1].id = 7;
     e[1].weekday2 = 1;
-    set_text(e[1].start_time, "02:00");
-    set_text(e[1].end_time, "0123456789"); // full width, no terminator
-    e[3].id = 8;                           // beyond the count: not scanned
+    put(e[1].start_time, "02:00");
+    put(e[1].end_time, "0123456789"); // full width, no terminator
+    e[3].id = 8;                      // beyond the count: not scanned
     rule_config_set config{};
     config.timegroup = times.get();
 
@@ -268,8 +265,8 @@ struct FilterFixture {
         timegroup_entry &g = times->usertimegroup.element[0];
         g.id = 4;
         g.weekday6 = g.weekday7 = 1;
-        set_text(g.start_time, "10:00");
-        set_text(g.end_time, "12:00");
+        put(g.start_time, "10:00");
+        put(g.end_time, "12:00");
         config.timegroup = times.get();
     }
 };
@@ -340,7 +337,7 @@ TEST(ContentFilters, MacFilterWithSchedules) {
         slot.id = -1; // no slot compared unless set below
     fwmac_rule &s = list->fwmac.element[31];
     s.id = 2;
-    set_text(s.devmac, "00:11:22:33:44:55");
+    put(s.devmac, "00:11:22:33:44:55");
     fwmac_item item{};
     std::strcpy(item.devmac, "00:11:22:33:44:55");
     EXPECT_EQ(filterate_fwmac_data(list.get(), &item, &f.config), -1);
@@ -352,8 +349,8 @@ TEST(ContentFilters, MacFilterWithSchedules) {
     EXPECT_EQ(filterate_fwmac_data(list.get(), &item, &f.config), 0);
     s.timecontrol = 2;
     s.weekday6 = s.weekday7 = 1;
-    set_text(s.start_time, "10:00");
-    set_text(s.end_time, "12:00");
+    put(s.start_time, "10:00");
+    put(s.end_time, "12:00");
     EXPECT_EQ(filterate_fwmac_data(list.get(), &item, &f.config), -1);
     // Without the config set the group's schedule is empty: no longer the same.
     EXPECT_EQ(filterate_fwmac_data(list.get(), &item, nullptr), 0);

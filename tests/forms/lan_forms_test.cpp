@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <functional>
 #include <map>
 #include <sstream>
 #include <string>
@@ -15,38 +14,11 @@
 #include "support/harness.h"
 #include "tests/views/view_check.h"
 
-using wmtest::TempRoot;
-
 namespace {
 
-// A private device tree whose store starts from the catalogue's factory defaults.
-struct Device {
-    TempRoot root;
-    Device() {
-        setenv("WEBMGMT_DEFAULTS_DIR", (wmtest::source_dir() + "/conf/defaults").c_str(), 1);
-    }
-    ~Device() { unsetenv("WEBMGMT_DEFAULTS_DIR"); }
-};
-
-using Form = std::function<int(const form_pair *, int)>;
-
-// One request; its standard output ends in the form's result.
-int request(const std::string &body, const Form &form) {
-    auto r = wmtest::run_in_child(
-        [&] {
-            setenv("REQUEST_METHOD", "POST", 1);
-            setenv("CONTENT_TYPE", "application/x-www-form-urlencoded", 1);
-            setenv("CONTENT_LENGTH", std::to_string(body.size()).c_str(), 1);
-            static form_pair pairs[WEBMGMT_FORM_PAIRS];
-            int n = process_queue(pairs);
-            std::printf("\nrc=%d", form(pairs, n));
-            return 0;
-        },
-        body);
-    size_t at = r.out.rfind("\nrc=");
-    EXPECT_NE(at, std::string::npos) << r.out << r.err;
-    return at == std::string::npos ? -999 : std::atoi(r.out.c_str() + at + 4);
-}
+using wmtest::Form;
+using Device = wmtest::DefaultsRoot;
+using wmtest::post_form;
 
 // `wmconfig show section names...`: every member by its dotted name.
 std::map<std::string, std::string> show(const std::string &section, const std::string &names = "") {
@@ -64,10 +36,19 @@ std::map<std::string, std::string> show(const std::string &section, const std::s
 // How a stored value is compared with what the page sent.
 enum class Kind { Same, Address };
 
+// A member by its dotted name and its value: "name=value" the text shown, "name~value" an
+// address python3's ipaddress module finds equal to the one shown.
 struct Stored {
-    const char *name; // dotted member name
+    std::string name;
     std::string value;
     Kind kind = Kind::Same;
+    Stored(const char *spec) {
+        std::string s = spec;
+        size_t at = s.find_first_of("=~");
+        name = s.substr(0, at), value = s.substr(at + 1);
+        kind = s[at] == '~' ? Kind::Address : Kind::Same;
+    }
+    Stored(const char *n, std::string v) : name(n), value(std::move(v)) {}
 };
 
 // Every (shown, sent) address pair names the same address for python3's ipaddress module.
@@ -88,10 +69,8 @@ void expect_same_addresses(const std::vector<std::pair<std::string, std::string>
 
 // The bypass members are in no field table: they are read back through the bypass view.
 std::map<std::string, std::string> bypass_view() {
-    viewtest::Parsed p = viewtest::parse(wmtest::run_in_child([] {
-                                             printf_Bypass_json(SC_Get_Misc_System_Config());
-                                             return 0;
-                                         }).out);
+    viewtest::Parsed p =
+        viewtest::parse(wmtest::output_of([] { printf_Bypass_json(SC_Get_Misc_System_Config()); }));
     EXPECT_EQ(p.status, 0) << p.message;
     return p.values;
 }
@@ -99,7 +78,7 @@ std::map<std::string, std::string> bypass_view() {
 void expect_stored(const char *section, const std::vector<Stored> &expected) {
     std::string names;
     for (const Stored &s : expected)
-        names += std::string(" '") + s.name + "'";
+        names += " '" + s.name + "'";
     auto got = std::string(section) == "bypass" ? bypass_view() : show(section, names);
     std::vector<std::pair<std::string, std::string>> addresses;
     for (const Stored &s : expected) {
@@ -121,8 +100,6 @@ struct FormCase {
     const char *section;
     std::vector<Stored> stored;
 };
-
-constexpr Kind A = Kind::Address;
 
 int lan_base(const form_pair *p, int n) {
     save_lan_base(SC_Get_Lan_System_Config(), p, n);
@@ -159,36 +136,16 @@ std::vector<FormCase> form_cases() {
          "&m_lan_port_vlan_id4=7",
          0,
          "lan",
-         {{"ipaddr", "10.20.30.1", A},
-          {"subnet", "255.255.240.0", A},
-          {"gateway", "10.20.30.254", A},
-          {"dns2", "9.9.9.9", A},
-          {"conn_type", "2"},
-          {"lan_addr_type", "1"},
-          {"m_iptv.m_enable", "1"},
-          {"m_iptv.m_vlanid", "45"},
-          {"m_iptv.eth_phy_name", "eth0.45"},
-          {"ac_enable", "1"},
-          {"acipaddr", "172.31.0.1", A},
-          {"acsubnet", "255.255.0.0", A},
-          {"enable_ipv6", "1"},
-          {"ipaddr6", "2001:db8:1::1", A},
-          {"ipaddr6_prefix", "64"},
-          {"ipaddr6_local", "fe80::1", A},
-          {"gateway6", "2001:db8:1::fffe", A},
-          {"dns61", "2001:4860:4860::8888", A},
-          {"dns62", "::ffff:c000:235", A},
-          {"dhcp6_ipstart", "2001:db8:1::100", A},
-          {"dhcp6_ipend", "2001:db8:1::1ff", A},
-          {"dhcp6_lease", "86400"},
-          {"ra_flag_O", "1"},
-          {"ra_flag_A", "0"},
-          {"disable_ipv4_dns", "1"},
+         {"ipaddr~10.20.30.1", "subnet~255.255.240.0", "gateway~10.20.30.254", "dns2~9.9.9.9",
+          "conn_type=2", "lan_addr_type=1", "m_iptv.m_enable=1", "m_iptv.m_vlanid=45",
+          "m_iptv.eth_phy_name=eth0.45", "ac_enable=1", "acipaddr~172.31.0.1",
+          "acsubnet~255.255.0.0", "enable_ipv6=1", "ipaddr6~2001:db8:1::1", "ipaddr6_prefix=64",
+          "ipaddr6_local~fe80::1", "gateway6~2001:db8:1::fffe", "dns61~2001:4860:4860::8888",
+          "dns62~::ffff:c000:235", "dhcp6_ipstart~2001:db8:1::100", "dhcp6_ipend~2001:db8:1::1ff",
+          "dhcp6_lease=86400", "ra_flag_O=1", "ra_flag_A=0", "disable_ipv4_dns=1",
           // 16-bit VLAN ids; port 2's variable was not sent, and there is no port 4.
-          {"lan_vlan.port[0].m_vlan_id", "100"},
-          {"lan_vlan.port[1].m_vlan_id", "4094"},
-          {"lan_vlan.port[2].m_vlan_id", "1"},
-          {"lan_vlan.port[3].m_vlan_id", "-1"}}},
+          "lan_vlan.port[0].m_vlan_id=100", "lan_vlan.port[1].m_vlan_id=4094",
+          "lan_vlan.port[2].m_vlan_id=1", "lan_vlan.port[3].m_vlan_id=-1"}},
         {"device DHCP server",
          dev_dhcp,
          "dhcp_server_enable=1&dhcp_server_start_ipaddr=10.20.30.100"
@@ -198,16 +155,15 @@ std::vector<FormCase> form_cases() {
          "&dhcp6_ipend=2001:db8::ff",
          0,
          "lan",
-         {{"dev_dhcpserver.dhcp_server_enable", "1"},
-          {"dev_dhcpserver.dhcp_server_start_ipaddr", "10.20.30.100", A},
-          {"dev_dhcpserver.dhcp_server_end_ipaddr", "10.20.30.199", A},
-          {"dev_dhcpserver.dhcp_server_dns1", "1.1.1.1", A},
-          {"dev_dhcpserver.dhcp_server_dns2", "255.255.255.255", A}, // inet_addr's failure
-          {"dev_dhcpserver.dhcp_server_leasetime", "8589934592"},    // past 32 bits
-          {"dev_dhcpserver.dhcp_server_port", "6767"},
-          {"ac_dhcpserver.dhcp_server_leasetime", "86400"}, // the other server: untouched
-          {"enable_dhcp6", "1"},
-          {"dhcp6_ipend", "2001:db8::ff", A}}},
+         {"dev_dhcpserver.dhcp_server_enable=1",
+          "dev_dhcpserver.dhcp_server_start_ipaddr~10.20.30.100",
+          "dev_dhcpserver.dhcp_server_end_ipaddr~10.20.30.199",
+          "dev_dhcpserver.dhcp_server_dns1~1.1.1.1",
+          "dev_dhcpserver.dhcp_server_dns2~255.255.255.255", // inet_addr's failure
+          "dev_dhcpserver.dhcp_server_leasetime=8589934592", // past 32 bits
+          "dev_dhcpserver.dhcp_server_port=6767",
+          "ac_dhcpserver.dhcp_server_leasetime=86400", // the other server: untouched
+          "enable_dhcp6=1", "dhcp6_ipend~2001:db8::ff"}},
         {"controller DHCP server",
          save_lan_ac_dhcpserver,
          "dhcp_server_enable=1&dhcp_server_start_ipaddr=172.31.0.10"
@@ -215,13 +171,10 @@ std::vector<FormCase> form_cases() {
          "&acsubnet=255.255.0.0",
          0,
          "lan",
-         {{"ac_dhcpserver.dhcp_server_enable", "1"},
-          {"ac_dhcpserver.dhcp_server_start_ipaddr", "172.31.0.10", A},
-          {"ac_dhcpserver.dhcp_server_leasetime", "0"},
-          {"ac_dhcpserver.dhcp_server_port", "67"},
-          {"dev_dhcpserver.dhcp_server_port", "67"},
-          {"ac_enable", "1"},
-          {"acipaddr", "172.31.0.1", A}}},
+         {"ac_dhcpserver.dhcp_server_enable=1",
+          "ac_dhcpserver.dhcp_server_start_ipaddr~172.31.0.10",
+          "ac_dhcpserver.dhcp_server_leasetime=0", "ac_dhcpserver.dhcp_server_port=67",
+          "dev_dhcpserver.dhcp_server_port=67", "ac_enable=1", "acipaddr~172.31.0.1"}},
         {"WAN line 1",
          wan_line(1),
          "enable=1&conn_type=2&phy_name=eth1&fixed_mtu=1492&dhcp_mtu=1400&ipaddr=100.64.1.2"
@@ -235,35 +188,23 @@ std::vector<FormCase> form_cases() {
          "&gateway6=2001:db8:9::1&dns61=2620:fe::fe",
          0,
          "wan",
-         {{"wanconfig[1].enable", "1"},
-          {"wanconfig[1].conn_type", "2"},
-          {"wanconfig[1].phy_name", "eth1"},
-          {"wanconfig[1].fixed_mtu", "1492"},
-          {"wanconfig[1].ipaddr", "100.64.1.2", A},
-          {"wanconfig[1].dns2", "8.8.8.8", A},
-          {"wanconfig[1].ppp_userpwd", "s3cret"},
+         {"wanconfig[1].enable=1", "wanconfig[1].conn_type=2", "wanconfig[1].phy_name=eth1",
+          "wanconfig[1].fixed_mtu=1492", "wanconfig[1].ipaddr~100.64.1.2",
+          "wanconfig[1].dns2~8.8.8.8", "wanconfig[1].ppp_userpwd=s3cret",
           // the device's 32-bit atol stops at the largest long
-          {"wanconfig[1].wan_upload_bandwidth", "2147483647"},
-          {"wanconfig[1].wan_track_ip2", "1.0.0.1", A},
-          {"wanconfig[1].wan_line_weight", "30"},
-          {"wanconfig[1].wan_access_web_port", "8443"},
-          {"wanconfig[1].clone_mac", "02:AA:BB:CC:DD:EE"},
-          {"wanconfig[1].wan_port", "2"},
-          {"wanconfig[1].ipaddr6", "2001:db8:9::2", A},
-          {"wanconfig[1].gateway6", "2001:db8:9::1", A},
-          {"wanconfig[1].dns61", "2620:fe::fe", A}}},
+          "wanconfig[1].wan_upload_bandwidth=2147483647", "wanconfig[1].wan_track_ip2~1.0.0.1",
+          "wanconfig[1].wan_line_weight=30", "wanconfig[1].wan_access_web_port=8443",
+          "wanconfig[1].clone_mac=02:AA:BB:CC:DD:EE", "wanconfig[1].wan_port=2",
+          "wanconfig[1].ipaddr6~2001:db8:9::2", "wanconfig[1].gateway6~2001:db8:9::1",
+          "wanconfig[1].dns61~2620:fe::fe"}},
         {"bypass",
          save_bypass_base,
          "ipaddr=192.168.0.2&subnet=255.255.255.0&gateway=192.168.0.1&dns1=192.168.0.1"
          "&dns2=8.8.8.8&stp=1&conn_type=1&enable=1",
          0,
          "bypass",
-         {{"ipaddr", "192.168.0.2", A},
-          {"gateway", "192.168.0.1", A},
-          {"dns2", "8.8.8.8", A},
-          {"stp", "1"},
-          {"conn_type", "1"},
-          {"enable", "1"}}},
+         {"ipaddr~192.168.0.2", "gateway~192.168.0.1", "dns2~8.8.8.8", "stp=1", "conn_type=1",
+          "enable=1"}},
         // A server name of the member's full width or more is cut to 100 bytes.
         {"cloud",
          cloud,
@@ -273,10 +214,10 @@ std::vector<FormCase> form_cases() {
          0,
          "misc",
          {{"sys_cloud.server", kLong.substr(0, 100)},
-          {"sys_cloud.bind_code", "ABC123"},
-          {"sys_cloud.enable", "1"},
-          {"sys_cloud.location_y", "22.5"},
-          {"sys_cloud.desc", "lobby"}}},
+          "sys_cloud.bind_code=ABC123",
+          "sys_cloud.enable=1",
+          "sys_cloud.location_y=22.5",
+          "sys_cloud.desc=lobby"}},
     };
 }
 
@@ -291,24 +232,19 @@ class LanForms : public ::testing::TestWithParam<FormCase> {
 
 TEST_P(LanForms, StoresWhatThePageSent) {
     const FormCase &c = GetParam();
-    EXPECT_EQ(request(c.body, c.form), c.result);
+    EXPECT_EQ(post_form(c.body, c.form), c.result);
     expect_stored(c.section, c.stored);
 }
 
 INSTANTIATE_TEST_SUITE_P(Forms, LanForms, ::testing::ValuesIn(form_cases()),
-                         [](const auto &param_info) {
-                             std::string n = param_info.param.label;
-                             for (char &ch : n)
-                                 if (!isalnum(static_cast<unsigned char>(ch))) ch = '_';
-                             return n;
-                         });
+                         [](const auto &p) { return wmtest::param_name(p.param.label); });
 
 // Only the variables sent change: every other member of the section stays as it was.
 TEST(LanFormsOnly, AWanFormChangesOnlyWhatItCarries) {
     Device device;
     auto before = show("wan");
     ASSERT_GT(before.size(), 100u);
-    EXPECT_EQ(request("ppp_username=bob&ppp_userpwd=pw", wan_line(2)), 0);
+    EXPECT_EQ(post_form("ppp_username=bob&ppp_userpwd=pw", wan_line(2)), 0);
     auto after = show("wan");
     std::vector<std::string> changed;
     for (auto &[name, value] : after)
@@ -322,7 +258,7 @@ TEST(LanFormsOnly, AWanLineOutsideTheRecordIsRefused) {
     Device device;
     auto before = show("wan");
     for (int line : {-1, WEBMGMT_WAN_LINES, 1000})
-        EXPECT_EQ(request("ppp_username=mallory&enable=1", wan_line(line)), -1) << line;
+        EXPECT_EQ(post_form("ppp_username=mallory&enable=1", wan_line(line)), -1) << line;
     EXPECT_EQ(show("wan"), before);
 }
 
@@ -330,7 +266,7 @@ TEST(LanFormsOnly, AWanLineOutsideTheRecordIsRefused) {
 TEST(LanFormsOnly, ControllerSwitchMarksTheManagedApList) {
     Device device;
     for (auto [enable, marker] : {std::pair{"0", 254}, std::pair{"1", 0}}) {
-        int got = request(std::string("ac_enable=") + enable, [](const form_pair *p, int n) {
+        int got = post_form(std::string("ac_enable=") + enable, [](const form_pair *p, int n) {
             SC_Get_ManageApList_System_Config()->m_ac_marker = 0;
             int rc = save_lan_ac_dhcpserver(p, n);
             return rc == 0 ? int(SC_Get_ManageApList_System_Config()->m_ac_marker) : -rc;
@@ -363,11 +299,11 @@ TEST(LanFormsOnly, StaticLeaseLifecycle) {
         auto slot = [&](int i, const char *m) {
             return list + ".element[" + std::to_string(i) + "]." + m;
         };
-        ASSERT_EQ(request("devname=printer&devtype=2&mac=00:11:22:33:44:55&ip=192.168.1.20"
-                          "&mark=hall",
-                          op(0)),
+        ASSERT_EQ(post_form("devname=printer&devtype=2&mac=00:11:22:33:44:55&ip=192.168.1.20"
+                            "&mark=hall",
+                            op(0)),
                   CONFIG_OK);
-        ASSERT_EQ(request("devname=tv&devtype=3&mac=00:11:22:33:44:66&ip=192.168.1.21", op(0)),
+        ASSERT_EQ(post_form("devname=tv&devtype=3&mac=00:11:22:33:44:66&ip=192.168.1.21", op(0)),
                   CONFIG_OK);
         auto got = show("lan");
         EXPECT_EQ(got[list + ".count"], "2");
@@ -378,32 +314,30 @@ TEST(LanFormsOnly, StaticLeaseLifecycle) {
         EXPECT_EQ(got[slot(0, "mark")], "hall");
         EXPECT_EQ(got[slot(1, "id")], "2");
 
-        EXPECT_EQ(request("id=1&devtype=1&mac=00:11:22:33:44:77&ip=192.168.1.30", op(1)),
+        EXPECT_EQ(post_form("id=1&devtype=1&mac=00:11:22:33:44:77&ip=192.168.1.30", op(1)),
                   CONFIG_OK);
-        EXPECT_EQ(request("id=9&mac=00:11:22:33:44:88", op(1)), CONFIG_ERR_NO_ID);
+        EXPECT_EQ(post_form("id=9&mac=00:11:22:33:44:88", op(1)), CONFIG_ERR_NO_ID);
         got = show("lan");
         EXPECT_EQ(got[slot(0, "mac")], "00:11:22:33:44:77");
         EXPECT_EQ(got[slot(0, "ip")], "192.168.1.30");
         EXPECT_EQ(got[slot(0, "mark")], ""); // a modify replaces the whole lease
 
         if (list == "dhcp_server_bindlist") {
-            viewtest::Parsed v = viewtest::parse(wmtest::run_in_child([] {
-                                                     printf_Lan_json(SC_Get_Lan_System_Config());
-                                                     return 0;
-                                                 }).out);
+            viewtest::Parsed v = viewtest::parse(
+                wmtest::output_of([] { printf_Lan_json(SC_Get_Lan_System_Config()); }));
             ASSERT_EQ(v.status, 0) << v.message;
-            EXPECT_EQ(v.at("dhcp_server_bindlist.count"), "2");
-            EXPECT_EQ(v.at("dhcp_server_bindlist.element[0].devtype"), "1");
-            EXPECT_EQ(v.at("dhcp_server_bindlist.element[1].ip"), "192.168.1.21");
+            viewtest::expect_at(v, {"dhcp_server_bindlist.count=2",
+                                    "dhcp_server_bindlist.element[0].devtype=1",
+                                    "dhcp_server_bindlist.element[1].ip=192.168.1.21"});
         }
 
         // A delete key longer than the 4 digits the key holds is cut, not overrun.
-        EXPECT_EQ(request("id=1", op(-1)), 0);
-        EXPECT_EQ(request("id=2000000000000", op(-1)), 0);
+        EXPECT_EQ(post_form("id=1", op(-1)), 0);
+        EXPECT_EQ(post_form("id=2000000000000", op(-1)), 0);
         got = show("lan");
         EXPECT_EQ(got[list + ".count"], "1");
         EXPECT_EQ(got[slot(0, "id")], "2");
-        EXPECT_EQ(request("", op(-2)), 0);
+        EXPECT_EQ(post_form("", op(-2)), 0);
         EXPECT_EQ(show("lan")[list + ".count"], "0");
     }
 }

@@ -36,33 +36,19 @@ using Form = std::function<int(rule_config_set &, const form_pair *, int)>;
 
 // One request: the form's result, as the CGI program would send it back.
 int request(const std::string &body, const Form &form, bool duplicate_check = true) {
-    auto r = wmtest::run_in_child(
-        [&] {
-            setenv("REQUEST_METHOD", "POST", 1);
-            setenv("CONTENT_TYPE", "application/x-www-form-urlencoded", 1);
-            setenv("CONTENT_LENGTH", std::to_string(body.size()).c_str(), 1);
-            static form_pair pairs[WEBMGMT_FORM_PAIRS];
-            int n = process_queue(pairs);
-            rule_config_set set = fetch_records();
-            set.misc->need_filter_firewall = duplicate_check ? 1 : 0;
-            std::printf("\nrc=%d", form(set, pairs, n));
-            return 0;
-        },
-        body);
-    size_t at = r.out.rfind("\nrc=");
-    EXPECT_EQ(r.exit_code(), 0);
-    EXPECT_NE(at, std::string::npos) << r.out << r.err;
-    return at == std::string::npos ? -999 : std::atoi(r.out.c_str() + at + 4);
+    return wmtest::post_form(body, [&](const form_pair *p, int n) {
+        rule_config_set set = fetch_records();
+        set.misc->need_filter_firewall = duplicate_check ? 1 : 0;
+        return form(set, p, n);
+    });
 }
 
 // What a fresh process reads back from the store, printed by `print`.
 std::string stored(const std::function<void(rule_config_set &)> &print) {
-    auto r = wmtest::run_in_child([&] {
+    return wmtest::output_of([&] {
         rule_config_set set = fetch_records();
         print(set);
-        return 0;
     });
-    return r.out;
 }
 
 std::string ntoa(const ipaddr_field &a) {
@@ -71,9 +57,7 @@ std::string ntoa(const ipaddr_field &a) {
     return inet_ntoa(in);
 }
 
-template <size_t N> std::string text(const char (&m)[N]) {
-    return std::string(m, strnlen(m, N));
-}
+using wmtest::text;
 
 // A rule list as its pages edit it.
 struct ListCase {
@@ -299,12 +283,7 @@ TEST_P(RuleListForms, FullListPassesTheStoresCode) {
 }
 
 INSTANTIATE_TEST_SUITE_P(SevenLists, RuleListForms, ::testing::ValuesIn(list_cases()),
-                         [](const auto &param_info) {
-                             std::string n;
-                             for (const char *p = param_info.param.label; *p; ++p)
-                                 if (std::isalnum(static_cast<unsigned char>(*p))) n += *p;
-                             return n;
-                         });
+                         [](const auto &p) { return wmtest::param_name(p.param.label); });
 
 // The switch forms: "enable" or "mode" into the list's one-byte switch, which an absent
 // variable leaves as it was, and a repeated one sets to its last value.

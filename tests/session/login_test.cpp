@@ -86,7 +86,8 @@ std::string hash_of(const std::string &text, int size = 65) {
     return out.c_str();
 }
 
-// Shell characters never run a command, and the buffer and command-line limits hold.
+// Shell characters never run a command, texts that look like options are hashed as text, and
+// the buffer and command-line limits hold.
 TEST(ToSha256, ShellCharactersBuffersAndCuts) {
     wmtest::TempRoot root;
     std::string canary = root.path("/tmp/canary");
@@ -99,6 +100,10 @@ TEST(ToSha256, ShellCharactersBuffersAndCuts) {
         "'\";touch " + canary + ";'",
         "a b\ttouch " + canary,
         "x\ntouch " + canary,
+        "--help", // texts the image tool would read as options: hashed as text
+        "-x",
+        "--",
+        "-",
         "",
         "secret",
     };

@@ -284,13 +284,11 @@ TEST(LockReg, DeviceCommandNumbersLockTheWholeFile) {
 
 TEST(LinkCount, ReadsTheConntrackCountersOrZero) {
     wmtest::TempRoot root;
-    unlink(root.path("/proc").c_str());
+    root.own_proc();
     EXPECT_EQ(get_current_link_count(), 0);
     EXPECT_EQ(get_current_link_count_max(), 0);
-    std::string dir = root.path("/proc/sys/net/netfilter/");
-    ASSERT_EQ(wmtest::run_shell("mkdir -p '" + dir + "'").exit_code(), 0);
-    write_file(dir + "nf_conntrack_count", "137\n");
-    write_file(dir + "nf_conntrack_max", "65536\n");
+    root.put("/proc/sys/net/netfilter/nf_conntrack_count", "137\n");
+    root.put("/proc/sys/net/netfilter/nf_conntrack_max", "65536\n");
     EXPECT_EQ(get_current_link_count(), 137);
     EXPECT_EQ(get_current_link_count_max(), 65536);
 }

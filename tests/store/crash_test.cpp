@@ -3,7 +3,6 @@
 #include <csignal>
 #include <cstring>
 #include <gtest/gtest.h>
-#include <random>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -39,10 +38,7 @@ int generation(const std::string &path) {
 
 TEST(CrashSafety, KilledWhileSavingToFlashLeavesOldOrNewSection) {
     TempRoot root;
-    std::random_device seed_source;
-    unsigned seed = seed_source();
-    std::mt19937 rng(seed);
-    SCOPED_TRACE("seed " + std::to_string(seed));
+    wmtest::SeededRandom rng;
     const int rounds = 30;
     int killed_mid_write = 0;
     const std::string copies[2] = {memory_copy(root, "ap_templates"),

@@ -10,7 +10,6 @@
 #include "store_test_util.h"
 
 using namespace storetest;
-using wmtest::TempRoot;
 
 namespace {
 
@@ -62,11 +61,7 @@ const MemberCase kMembers[] = {
 
 class DeviceSections : public ::testing::Test {
   protected:
-    void SetUp() override {
-        setenv("WEBMGMT_DEFAULTS_DIR", (wmtest::source_dir() + "/conf/defaults").c_str(), 1);
-    }
-    void TearDown() override { unsetenv("WEBMGMT_DEFAULTS_DIR"); }
-    TempRoot root;
+    wmtest::DefaultsRoot root; // the catalogue's own factory defaults
 };
 
 TEST_F(DeviceSections, SetByDottedNameIsSeenByANewProcess) {

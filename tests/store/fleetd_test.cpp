@@ -15,21 +15,16 @@
 #include "store_test_util.h"
 
 using namespace storetest;
-using wmtest::TempRoot;
 
 namespace {
 
 class Fleetd : public ::testing::Test {
   protected:
-    void SetUp() override {
-        setenv("WEBMGMT_DEFAULTS_DIR", (wmtest::source_dir() + "/conf/defaults").c_str(), 1);
-    }
-    void TearDown() override { unsetenv("WEBMGMT_DEFAULTS_DIR"); }
     wmtest::ChildResult run(const std::string &args) {
         return wmtest::run_shell(std::string(WEBMGMT_STORE_EMULATOR) + " '" WEBMGMT_FLEETD "' " +
                                  args);
     }
-    TempRoot root;
+    wmtest::DefaultsRoot root; // the catalogue's own factory defaults
 };
 
 // The stations in use in a table (an entry with signal 0 or a negative time is free).
@@ -134,12 +129,11 @@ struct Snapshot {
 };
 Snapshot snapshot() {
     Snapshot s{};
-    wmtest::ChildResult r = wmtest::run_in_child([] {
+    std::string out = wmtest::output_of([] {
         manage_ap_list_config *list = SC_Get_ManageApList_System_Config();
         std::printf("%u %d", list->m_ap[0].m_onlinetime, list->m_ap[0].m_dev_status);
-        return 0;
     });
-    std::sscanf(r.out.c_str(), "%u %d", &s.online, &s.status);
+    std::sscanf(out.c_str(), "%u %d", &s.online, &s.status);
     return s;
 }
 

@@ -1,10 +1,8 @@
 // List operations: ids, slots, counts, capacities and result codes of every list; group
 // deletions; savers that keep other processes' adds; access lists; the forms' lock.
-#include <arpa/inet.h>
 #include <cstring>
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <set>
 #include <unistd.h>
 
 #include "store_test_util.h"

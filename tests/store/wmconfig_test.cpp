@@ -7,23 +7,16 @@
 #include "store_test_util.h"
 
 using namespace storetest;
-using wmtest::TempRoot;
 
 namespace {
 
 class Wmconfig : public ::testing::Test {
   protected:
-    void SetUp() override {
-        // The catalogue's own factory defaults.
-        setenv("WEBMGMT_DEFAULTS_DIR", (wmtest::source_dir() + "/conf/defaults").c_str(), 1);
-    }
-    void TearDown() override { unsetenv("WEBMGMT_DEFAULTS_DIR"); }
-
     wmtest::ChildResult run(const std::string &args) {
         return wmtest::run_shell(std::string(WEBMGMT_STORE_EMULATOR) + " '" WEBMGMT_WMCONFIG "' " +
                                  args);
     }
-    TempRoot root;
+    wmtest::DefaultsRoot root; // the catalogue's own factory defaults
 };
 
 TEST_F(Wmconfig, SetByDottedNameIsSeenByTheGetterOfAnotherProcess) {

@@ -3,10 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <arpa/inet.h>
 #include <fcntl.h>
+#include <sched.h>
 #include <fstream>
 #include <sstream>
 #include <sys/stat.h>
@@ -68,6 +71,31 @@ TempRoot::~TempRoot() {
     if (dir_.size() > 10) run_shell("rm -rf '" + dir_ + "'");
 }
 
+DefaultsRoot::DefaultsRoot() {
+    setenv("WEBMGMT_DEFAULTS_DIR", (source_dir() + "/conf/defaults").c_str(), 1);
+}
+
+DefaultsRoot::~DefaultsRoot() {
+    unsetenv("WEBMGMT_DEFAULTS_DIR");
+}
+
+void TempRoot::make_dir(const std::string &device_path) const {
+    for (size_t at = device_path.find('/', 1); at != std::string::npos;
+         at = device_path.find('/', at + 1))
+        mkdir(path(device_path.substr(0, at)).c_str(), 0755);
+    mkdir(path(device_path).c_str(), 0755);
+}
+
+void TempRoot::put(const std::string &device_path, const std::string &content) const {
+    make_dir(device_path.substr(0, device_path.rfind('/')));
+    write_file(path(device_path), content);
+}
+
+void TempRoot::own_proc() const {
+    unlink(path("/proc").c_str());
+    mkdir(path("/proc").c_str(), 0755);
+}
+
 int ChildResult::exit_code() const {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
@@ -109,6 +137,78 @@ ChildResult run_in_child(const std::function<int()> &body, const std::string &in
     waitpid(pid, &r.status, 0);
     waitpid(feeder, nullptr, 0);
     return r;
+}
+
+std::string output_of(const std::function<void()> &body) {
+    ChildResult r = run_in_child([&] {
+        body();
+        return 0;
+    });
+    EXPECT_EQ(r.exit_code(), 0) << r.err;
+    return r.out;
+}
+
+ChildResult run_post(const std::string &body, const Form &handle) {
+    return run_in_child(
+        [&] {
+            setenv("REQUEST_METHOD", "POST", 1);
+            setenv("CONTENT_TYPE", "application/x-www-form-urlencoded", 1);
+            setenv("CONTENT_LENGTH", std::to_string(body.size()).c_str(), 1);
+            static form_pair pairs[WEBMGMT_FORM_PAIRS];
+            int n = process_queue(pairs);
+            return handle(pairs, n);
+        },
+        body);
+}
+
+int post_form(const std::string &body, const Form &form) {
+    ChildResult r = run_post(body, [&](const form_pair *p, int n) {
+        std::printf("\nrc=%d", form(p, n));
+        return 0;
+    });
+    size_t at = r.out.rfind("\nrc=");
+    EXPECT_EQ(r.exit_code(), 0) << r.err;
+    EXPECT_NE(at, std::string::npos) << r.out << r.err;
+    return at == std::string::npos ? -999 : std::atoi(r.out.c_str() + at + 4);
+}
+
+std::string url_encode(const std::string &s) {
+    std::string out;
+    for (unsigned char c : s) {
+        if (std::isalnum(c) || c == '.' || c == '-' || c == '_') {
+            out += char(c);
+        } else {
+            char hex[4];
+            std::snprintf(hex, sizeof hex, "%%%02X", c);
+            out += hex;
+        }
+    }
+    return out;
+}
+
+std::string mac_text(const uint8_t *mac, bool upper) {
+    char t[18];
+    std::snprintf(t, sizeof t,
+                  upper ? "%02X:%02X:%02X:%02X:%02X:%02X" : "%02x:%02x:%02x:%02x:%02x:%02x", mac[0],
+                  mac[1], mac[2], mac[3], mac[4], mac[5]);
+    return t;
+}
+
+std::string lease_record(uint32_t expiry, const char *ip, const uint8_t *mac,
+                         const std::string &name) {
+    std::string rec(36, '\0');
+    uint32_t e = htonl(expiry);
+    std::memcpy(&rec[0], &e, 4);
+    inet_pton(AF_INET, ip, &rec[4]);
+    std::memcpy(&rec[8], mac, 6);
+    std::memcpy(&rec[14], name.data(), std::min<size_t>(name.size(), 20));
+    return rec;
+}
+
+std::string param_name(std::string label) {
+    for (char &c : label)
+        if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
+    return label;
 }
 
 ChildResult run_shell(const std::string &command, const std::string &input) {
@@ -182,6 +282,59 @@ bool waiting_for_lock(pid_t pid) {
             return true;
     }
     return false;
+}
+
+int result_after_lock_wait(const std::string &path, const std::function<int()> &body,
+                           const std::function<void()> &while_waiting) {
+    int fd = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
+    EXPECT_GE(fd, 0) << path;
+    struct flock fl {};
+    fl.l_type = F_WRLCK;
+    fl.l_whence = SEEK_SET;
+    EXPECT_EQ(fcntl(fd, F_SETLKW, &fl), 0);
+    Child c = start_child(body);
+    bool seen = false;
+    for (long spins = 0; spins < 100000000 && !seen; ++spins) {
+        seen = waiting_for_lock(c.pid);
+        int status;
+        if (!seen && waitpid(c.pid, &status, WNOHANG) == c.pid) {
+            ADD_FAILURE() << "the child finished while " << path << " was locked";
+            return -997;
+        }
+        sched_yield();
+    }
+    EXPECT_TRUE(seen);
+    if (while_waiting) while_waiting();
+    fl.l_type = F_UNLCK;
+    EXPECT_EQ(fcntl(fd, F_SETLK, &fl), 0);
+    close(fd);
+    return finish_child(c);
+}
+
+std::pair<int, int> run_together(const Racer &a, const Racer &b) {
+    int ready[2], go[2];
+    if (pipe(ready) != 0 || pipe(go) != 0) return {-997, -997};
+    auto racer = [&](const Racer &r) {
+        return start_child([&] {
+            close(ready[0]);
+            close(go[1]);
+            return r([&] {
+                char byte = 'r';
+                return write(ready[1], &byte, 1) == 1 && read(go[0], &byte, 1) == 1;
+            });
+        });
+    };
+    Child ca = racer(a), cb = racer(b);
+    close(ready[1]);
+    close(go[0]);
+    char byte;
+    EXPECT_EQ(read(ready[0], &byte, 1), 1);
+    EXPECT_EQ(read(ready[0], &byte, 1), 1);
+    EXPECT_EQ(write(go[1], "gg", 2), 2);
+    close(go[1]);
+    close(ready[0]);
+    int ra = finish_child(ca);
+    return {ra, finish_child(cb)};
 }
 
 } // namespace wmtest

@@ -80,20 +80,6 @@ TEST_F(Commands, QuotesAreLoggedWholeAndNeverRunAndLongCommandsCut) {
     EXPECT_EQ(flash_log(), longer.substr(0, 1023) + "\n");
 }
 
-TEST_F(Commands, KillHelpersRunTheToolsWithoutAShell) {
-    set_markers(true, false);
-    std::string marker = root_.path("/tmp/injected");
-    EXPECT_EQ(Kill_App_byname("udhcpd"), 0);
-    EXPECT_EQ(Kill_App_byPid("123"), 0);
-    // Not one positive pid: nothing runs (the table of such texts is in injection_test).
-    EXPECT_EQ(Kill_App_byPid("12 34"), 1 << 8);
-    EXPECT_EQ(Kill_App_byPid(("1;touch " + marker).c_str()), 1 << 8);
-    EXPECT_FALSE(wmtest::file_exists(marker));
-    std::string want = "killall -9 udhcpd\nkill -9 123";
-    EXPECT_EQ(fake_log(), want + "\n");
-    EXPECT_EQ(ram_log(), want + "\n");
-}
-
 // Runs Cloud_Config and waits until every tool it started, backgrounded ones included,
 // has ended: they all inherit the pipe's write end, so the read end sees end-of-file only
 // when the last of them is gone.

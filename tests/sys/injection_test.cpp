@@ -8,7 +8,6 @@
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <vector>
 
 #include "support/harness.h"
 #include "webmgmt.h"
@@ -153,20 +152,6 @@ TEST_F(Injection, ImageToolOperandsFollowDoubleDash) {
     clear_logs();
     EXPECT_EQ(verify_upgrade_image("-image.bin", "--sig"), 0);
     EXPECT_EQ(argv_log(), "tq_versign [signverify] [--] [-image.bin] [--sig]\n");
-}
-
-// The real stand-in tool hashes such a password as text (python's hashlib for reference).
-TEST(ImageTool, PasswordsThatLookLikeOptionsAreHashed) {
-    std::vector<std::string> passwords = {"--help", "-x", "--", "-"};
-    for (const std::string &p : passwords) {
-        char out[65] = "";
-        to_sha256(p.c_str(), out, sizeof out);
-        auto ref = wmtest::run_shell(
-            "python3 -c 'import hashlib,sys; print(hashlib.sha256(sys.stdin.buffer.read())"
-            ".hexdigest(), end=\"\")'",
-            p);
-        EXPECT_EQ(std::string(out), ref.out) << p;
-    }
 }
 
 // A line feed in a name, pid or path written to the command log stays on its line.

@@ -2,7 +2,6 @@
 // over-long lines are skipped whole, good lines around them still read, and every result
 // is cut at its buffer.
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <cstring>
 #include <string>
@@ -14,15 +13,9 @@ namespace {
 
 class Ipv6Files : public ::testing::Test {
   protected:
-    void SetUp() override {
-        // The tree's /proc is a link to the real one: this test writes its own.
-        unlink(root_.path("/proc").c_str());
-        mkdir(root_.path("/proc").c_str(), 0755);
-        mkdir(root_.path("/proc/net").c_str(), 0755);
-    }
-    void write(const char *fixed, const std::string &text) {
-        wmtest::write_file(root_.path(fixed), text);
-    }
+    // The tree's /proc is a link to the real one: this test writes its own.
+    void SetUp() override { root_.own_proc(); }
+    void write(const char *fixed, const std::string &text) { root_.put(fixed, text); }
     wmtest::TempRoot root_;
 };
 
@@ -155,10 +148,8 @@ namespace {
 // private tree's entries.
 TEST(BridgeUnderRoot, ListsThePrivateTreesEntries) {
     wmtest::TempRoot root;
-    for (const char *d :
-         {"/sys", "/sys/class", "/sys/class/net", "/sys/class/net/br-lan",
-          "/sys/class/net/br-lan/brif", "/sys/class/net/br-lan/brif/eth0.1", "/sys/class/net/eth0"})
-        ASSERT_EQ(mkdir(root.path(d).c_str(), 0755), 0) << d;
+    root.make_dir("/sys/class/net/br-lan/brif/eth0.1");
+    root.make_dir("/sys/class/net/eth0");
     char list[32];
     EXPECT_EQ(get_bridge_brif_list("br-lan", list, sizeof list), 1);
     EXPECT_STREQ(list, "eth0.1");

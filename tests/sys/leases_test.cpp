@@ -4,11 +4,9 @@
 
 #include <algorithm>
 
-#include <arpa/inet.h>
 #include <csignal>
 #include <cstring>
 #include <random>
-#include <sstream>
 #include <string>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -27,7 +25,6 @@ using wmtest::write_file;
 
 class Leases : public ::testing::Test {
   protected:
-    void SetUp() override { mkdir(root_.path("/var/run").c_str(), 0755); }
     // Builds a lease file with lease_files.py; returns what the reader must list, in file
     // order and in the documented order.
     std::pair<std::string, std::string> build(const char *kind, const std::string &device_path,
@@ -76,11 +73,8 @@ TEST_F(Leases, AddressServerLayoutAndTheDocumentedOrder) {
 TEST_F(Leases, OrderIsByLastOctetFirst) {
     std::string file(8, '\0');
     for (const char *ip : {"192.168.1.20", "192.168.2.10", "192.168.1.10"}) {
-        unsigned char r[36] = {0, 0, 1, 0};
-        inet_pton(AF_INET, ip, r + 4);
-        r[8] = 2;
-        r[13] = r[7];
-        file.append(reinterpret_cast<char *>(r), 36);
+        const uint8_t mac[6] = {2, 0, 0, 0, 0, uint8_t(atoi(strrchr(ip, '.') + 1))};
+        file += wmtest::lease_record(256, ip, mac, "");
     }
     write_file(root_.path("/var/l"), file);
     lease_entry *list = nullptr;
@@ -131,13 +125,8 @@ TEST_F(Leases, RepeatedKeysKeepTheExchangeOrder) {
 TEST_F(Leases, HostNameByMacLastRecordWins) {
     std::string file(8, '\0');
     auto rec = [&](const char *name, uint8_t last, uint32_t expiry) {
-        unsigned char r[36] = {};
-        uint32_t e = htonl(expiry);
-        memcpy(r, &e, 4);
-        unsigned char mac[6] = {0xaa, 0xbb, 0xcc, 0xdd, 0xee, last};
-        memcpy(r + 8, mac, 6);
-        memcpy(r + 14, name, strnlen(name, 20));
-        file.append(reinterpret_cast<char *>(r), 36);
+        const uint8_t mac[6] = {0xaa, 0xbb, 0xcc, 0xdd, 0xee, last};
+        file += wmtest::lease_record(expiry, "0.0.0.0", mac, name);
     };
     rec("first", 1, 10);
     rec("other", 2, 10);

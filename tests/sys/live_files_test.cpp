@@ -7,7 +7,6 @@
 #include <cstring>
 #include <string>
 #include <sys/resource.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include "support/harness.h"
@@ -22,13 +21,9 @@ using wmtest::write_file;
 // A device tree whose /proc is a directory of the test's own files.
 class LiveFiles : public ::testing::Test {
   protected:
-    void SetUp() override {
-        unlink(root_.path("/proc").c_str());
-        for (const char *d : {"/proc", "/proc/net", "/etc", "/var/run", "/swconfig"})
-            mkdir(root_.path(d).c_str(), 0755);
-    }
+    void SetUp() override { root_.own_proc(); }
     void put(const std::string &device_path, const std::string &text) {
-        write_file(root_.path(device_path), text);
+        root_.put(device_path, text);
     }
     wmtest::TempRoot root_;
 };
@@ -281,11 +276,9 @@ TEST_F(LiveFiles, ArpHostTable) {
     table += arp("192.168.1.12", "0x6", "Aa:bB:cc:00:00:12", "br0");
     put("/proc/net/arp", table);
     // The host names come from the lease file in the address-server layout.
-    std::string leases(8, '\0');
-    unsigned char rec[36] = {0, 0, 0, 100, 192, 168, 1, 10, 0xaa, 0xbb, 0xcc, 0, 0, 0x10};
-    memcpy(rec + 14, "laptop", 6);
-    leases.append(reinterpret_cast<char *>(rec), 36);
-    put("/var/udhcpd.leases", leases);
+    const uint8_t host[6] = {0xaa, 0xbb, 0xcc, 0, 0, 0x10};
+    put("/var/udhcpd.leases",
+        std::string(8, '\0') + wmtest::lease_record(100, "192.168.1.10", host, "laptop"));
     auto *t = new arp_host_table;
     memset(t, 0x5a, sizeof *t);
     EXPECT_EQ(get_arplist(lan_192_168_1(), t), 0);

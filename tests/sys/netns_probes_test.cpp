@@ -3,54 +3,24 @@
 // up bridges, veths, addresses and routes with `ip`, and prints what the probes read beside
 // what `ip -j` reports, normalised by Python's json and ipaddress modules.
 #include <gtest/gtest.h>
-#include <sched.h>
-#include <sys/mount.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <functional>
-#include <fcntl.h>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "support/harness.h"
+#include "support/netns.h"
 #include "webmgmt.h"
 
 namespace {
 
-constexpr int kRefused = 77;
-
-// The real `ip`, never a stand-in that a PATH of fakes may hold.
-std::string ip_tool() {
-    for (const char *p : {"/usr/sbin/ip", "/sbin/ip", "/usr/bin/ip", "/bin/ip"})
-        if (access(p, X_OK) == 0) return p;
-    return "";
-}
-
-bool write_text(const char *path, const std::string &text) {
-    int fd = open(path, O_WRONLY | O_CLOEXEC);
-    if (fd < 0) return false;
-    bool ok = write(fd, text.data(), text.size()) == ssize_t(text.size());
-    close(fd);
-    return ok;
-}
-
-// In the child: new namespaces, root in them, a private mount tree and a sysfs that shows
-// this network namespace. False when the system refuses any of it.
-bool enter_namespaces() {
-    uid_t uid = getuid();
-    gid_t gid = getgid();
-    if (unshare(CLONE_NEWUSER | CLONE_NEWNET | CLONE_NEWNS) != 0) return false;
-    write_text("/proc/self/setgroups", "deny");
-    if (!write_text("/proc/self/uid_map", "0 " + std::to_string(uid) + " 1\n")) return false;
-    if (!write_text("/proc/self/gid_map", "0 " + std::to_string(gid) + " 1\n")) return false;
-    if (mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return false;
-    return mount("sysfs", "/sys", "sysfs", 0, nullptr) == 0;
-}
+using wmtest::check;
+using wmtest::ip_tool;
 
 // Runs the setup commands (each an `ip` command line after the tool's name).
 bool run_ip(const std::vector<std::string> &commands) {
@@ -66,16 +36,9 @@ bool run_ip(const std::vector<std::string> &commands) {
 
 // `ip -j <args>` normalised by the reference script.
 std::string reference(const std::string &args, const char *mode) {
-    std::string line = ip_tool() + " -j " + args + " | python3 " + wmtest::source_dir() +
-                       "/tests/sys/ip_json.py " + mode;
-    FILE *p = popen(line.c_str(), "r");
-    if (!p) return "popen failed";
-    std::string out;
-    char buf[512];
-    while (size_t n = std::fread(buf, 1, sizeof buf, p))
-        out.append(buf, n);
-    pclose(p);
-    return out;
+    return wmtest::run_shell(ip_tool() + " -j " + args + " | python3 " + wmtest::source_dir() +
+                             "/tests/sys/ip_json.py " + mode)
+        .out;
 }
 
 std::string sorted_lines(std::vector<std::string> lines) {
@@ -86,57 +49,16 @@ std::string sorted_lines(std::vector<std::string> lines) {
     return out;
 }
 
-// The child's report: a section per check, "== name" then the probe's lines, "-- ref"
-// then the reference's lines.
-struct Report {
-    std::string text;
-    void section(const std::string &name, const std::string &probe, const std::string &ref) {
-        text += "== " + name + "\n" + probe + "-- ref\n" + ref;
-    }
-};
-
-wmtest::ChildResult in_namespace(const std::vector<std::string> &setup,
-                                 const std::function<void(Report &)> &checks) {
-    return wmtest::run_in_child([&] {
+// Runs `checks` in a child in fresh namespaces after the setup; compares its check() lines.
+void in_namespace(const std::vector<std::string> &setup, const std::function<void()> &checks) {
+    wmtest::expect_checks_agree(wmtest::run_in_child([&] {
         unsetenv("WEBMGMT_ROOT"); // the kernel's own files
-        if (!enter_namespaces()) return kRefused;
+        if (!wmtest::enter_namespaces()) return wmtest::kNoNamespace;
         if (!run_ip(setup)) return 3;
-        Report r;
-        checks(r);
-        std::fwrite(r.text.data(), 1, r.text.size(), stdout);
+        checks();
+        std::fflush(stdout);
         return 0;
-    });
-}
-
-// Compares every section's probe lines with its reference lines.
-void expect_sections_agree(const wmtest::ChildResult &r) {
-    if (r.exit_code() == kRefused) GTEST_SKIP() << "network namespaces are refused here";
-    ASSERT_EQ(r.exit_code(), 0) << r.err;
-    std::istringstream in(r.out);
-    std::string line, name, probe, ref;
-    bool in_ref = false;
-    int sections = 0;
-    auto flush = [&] {
-        if (!name.empty()) {
-            EXPECT_EQ(probe, ref) << name;
-        }
-        probe.clear();
-        ref.clear();
-        in_ref = false;
-    };
-    while (std::getline(in, line)) {
-        if (line.rfind("== ", 0) == 0) {
-            flush();
-            name = line.substr(3);
-            ++sections;
-        } else if (line == "-- ref") {
-            in_ref = true;
-        } else {
-            (in_ref ? ref : probe) += line + "\n";
-        }
-    }
-    flush();
-    EXPECT_GT(sections, 0) << r.out;
+    }));
 }
 
 std::vector<std::string> split_words(const char *text) {
@@ -149,44 +71,41 @@ std::vector<std::string> split_words(const char *text) {
 
 TEST(NetnsProbes, BridgeMembersAreTheKernelsList) {
     if (ip_tool().empty()) GTEST_SKIP() << "no ip tool";
-    auto r = in_namespace(
+    in_namespace(
         {"link add br0 type bridge", "link add br1 type bridge",
          "link add v0a type veth peer name v0b", "link add v1a type veth peer name v1b",
          "link add v2a type veth peer name v2b", "link set v0a master br0",
          "link set v1a master br0", "link set v2a master br0"},
-        [](Report &rep) {
+        [] {
             char list[256];
             int n = get_bridge_brif_list("br0", list, sizeof list);
             auto words = split_words(list);
-            rep.section("br0 members", sorted_lines(words),
-                        reference("link show master br0", "members"));
-            rep.section("br0 count",
-                        std::to_string(n) + " " + std::to_string(get_bridge_brif_count("br0")) +
-                            "\n",
-                        std::to_string(words.size()) + " " + std::to_string(words.size()) + "\n");
+            check("br0 members", sorted_lines(words), reference("link show master br0", "members"));
+            check("br0 count",
+                  std::to_string(n) + " " + std::to_string(get_bridge_brif_count("br0")) + "\n",
+                  std::to_string(words.size()) + " " + std::to_string(words.size()) + "\n");
             // A bridge without members, an interface that is no bridge, names that would
             // leave the directory, no name.
-            rep.section("edges",
-                        std::to_string(get_bridge_brif_list("br1", list, sizeof list)) + "[" +
-                            list + "] " + std::to_string(get_bridge_brif_count("v0a")) + " " +
-                            std::to_string(get_bridge_brif_count("../br0")) + " " +
-                            std::to_string(get_bridge_brif_count("br0/brif")) + " " +
-                            std::to_string(get_bridge_brif_count("..")) + " " +
-                            std::to_string(get_bridge_brif_count("")) + " " +
-                            std::to_string(get_bridge_brif_count(nullptr)) + "\n",
-                        "0[] -1 -1 -1 -1 -1 -1\n");
+            check("edges",
+                  std::to_string(get_bridge_brif_list("br1", list, sizeof list)) + "[" + list +
+                      "] " + std::to_string(get_bridge_brif_count("v0a")) + " " +
+                      std::to_string(get_bridge_brif_count("../br0")) + " " +
+                      std::to_string(get_bridge_brif_count("br0/brif")) + " " +
+                      std::to_string(get_bridge_brif_count("..")) + " " +
+                      std::to_string(get_bridge_brif_count("")) + " " +
+                      std::to_string(get_bridge_brif_count(nullptr)) + "\n",
+                  "0[] -1 -1 -1 -1 -1 -1\n");
             // A buffer too small for the list: cut and terminated, the count still whole.
             get_bridge_brif_list("br0", list, sizeof list);
             char small[6];
             std::memset(small, 'x', sizeof small);
             int whole = get_bridge_brif_list("br0", small, sizeof small);
             bool prefix = std::string(list).rfind(small, 0) == 0;
-            rep.section("cut",
-                        std::to_string(whole) + " " + std::to_string(strnlen(small, 6)) + " " +
-                            (prefix ? "prefix" : small) + "\n",
-                        "3 5 prefix\n");
+            check("cut",
+                  std::to_string(whole) + " " + std::to_string(strnlen(small, 6)) + " " +
+                      (prefix ? "prefix" : small) + "\n",
+                  "3 5 prefix\n");
         });
-    expect_sections_agree(r);
 }
 
 std::string address_lines(const char *ifname) {
@@ -230,42 +149,38 @@ const std::vector<std::string> kIpv6Setup = {
 
 TEST(NetnsProbes, AddressesAreThoseIpLists) {
     if (ip_tool().empty()) GTEST_SKIP() << "no ip tool";
-    auto r = in_namespace(kIpv6Setup, [](Report &rep) {
-        rep.section("br0", address_lines("br0"), reference("-6 addr show dev br0", "addrs"));
-        rep.section("v0a", address_lines("v0a"), reference("-6 addr show dev v0a", "addrs"));
+    in_namespace(kIpv6Setup, [] {
+        check("br0", address_lines("br0"), reference("-6 addr show dev br0", "addrs"));
+        check("v0a", address_lines("v0a"), reference("-6 addr show dev v0a", "addrs"));
         // The exact name only: "br" and "br00" are other interfaces.
-        rep.section("names", address_lines("br") + address_lines("br00"), "");
+        check("names", address_lines("br") + address_lines("br00"), "");
         char text[WEBMGMT_IPV6_TEXT];
         int prefix = -1;
         int rc = getIfIPV6("br0", 0x20, text, sizeof text, &prefix);
-        rep.section("link scope",
-                    std::to_string(rc) + " " + text + " " + std::to_string(prefix) + "\n",
-                    "0 fe80::1234 64\n");
+        check("link scope", std::to_string(rc) + " " + text + " " + std::to_string(prefix) + "\n",
+              "0 fe80::1234 64\n");
         rc = getIfIPV6("v0a", 0, text, sizeof text, &prefix);
-        rep.section("global", std::to_string(rc) + " " + text + " " + std::to_string(prefix) + "\n",
-                    "0 2001:db8:ffff::2 128\n");
+        check("global", std::to_string(rc) + " " + text + " " + std::to_string(prefix) + "\n",
+              "0 2001:db8:ffff::2 128\n");
         rc = getIfIPV6("v0a", 0x20, text, sizeof text, &prefix);
-        rep.section("none", std::to_string(rc) + "[" + text + "]\n", "-1[]\n");
+        check("none", std::to_string(rc) + "[" + text + "]\n", "-1[]\n");
         // A capacity of one keeps one.
         ipv6_addr_entry one[1];
-        rep.section("capacity", std::to_string(getIfIPV6_list("br0", one, 1)) + "\n", "1\n");
+        check("capacity", std::to_string(getIfIPV6_list("br0", one, 1)) + "\n", "1\n");
     });
-    expect_sections_agree(r);
 }
 
 TEST(NetnsProbes, RoutesAreThoseIpLists) {
     if (ip_tool().empty()) GTEST_SKIP() << "no ip tool";
-    auto r = in_namespace(kIpv6Setup, [](Report &rep) {
-        rep.section("br0", route_lines("br0"),
-                    reference("-6 route show table all dev br0", "routes"));
-        rep.section("all", route_lines(""), reference("-6 route show table all", "routes"));
+    in_namespace(kIpv6Setup, [] {
+        check("br0", route_lines("br0"), reference("-6 route show table all dev br0", "routes"));
+        check("all", route_lines(""), reference("-6 route show table all", "routes"));
         char gw[WEBMGMT_IPV6_TEXT];
         int rc = ipv6_default_gateway("br0", gw, sizeof gw);
-        rep.section("gateway", std::to_string(rc) + " " + gw + "\n", "0 2001:db8::fffe\n");
+        check("gateway", std::to_string(rc) + " " + gw + "\n", "0 2001:db8::fffe\n");
         rc = ipv6_default_gateway("v0a", gw, sizeof gw);
-        rep.section("no gateway", std::to_string(rc) + "[" + gw + "]\n", "-1[]\n");
+        check("no gateway", std::to_string(rc) + "[" + gw + "]\n", "-1[]\n");
     });
-    expect_sections_agree(r);
 }
 
 } // namespace

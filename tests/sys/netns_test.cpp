@@ -7,15 +7,11 @@
 
 #include <algorithm>
 #include <arpa/inet.h>
-#include <cerrno>
 #include <functional>
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
-#include <sched.h>
-#include <sstream>
 #include <string>
-#include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <time.h>
@@ -23,6 +19,7 @@
 #include <vector>
 
 #include "support/harness.h"
+#include "support/netns.h"
 #include "webmgmt.h"
 
 namespace {
@@ -31,40 +28,12 @@ using wmtest::read_file;
 using wmtest::run_in_child;
 using wmtest::write_file;
 
-constexpr int kNoNamespace = 77;
-
-bool write_proc(const char *path, const std::string &text) {
-    int fd = open(path, O_WRONLY);
-    if (fd < 0) return false;
-    bool ok = write(fd, text.data(), text.size()) == ssize_t(text.size());
-    close(fd);
-    return ok;
-}
-
-// In the child: a new user namespace (root mapped to us) with a new network namespace, and
-// a mount namespace in which /sys shows that network namespace's interfaces.
-bool enter_namespaces() {
-    uid_t uid = getuid();
-    gid_t gid = getgid();
-    if (unshare(CLONE_NEWUSER | CLONE_NEWNET | CLONE_NEWNS) != 0) return false;
-    write_proc("/proc/self/setgroups", "deny");
-    if (!write_proc("/proc/self/uid_map", "0 " + std::to_string(uid) + " 1") ||
-        !write_proc("/proc/self/gid_map", "0 " + std::to_string(gid) + " 1"))
-        return false;
-    return mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-           mount("sysfs", "/sys", "sysfs", 0, nullptr) == 0;
-}
+using wmtest::check;
+using wmtest::write_text;
 
 // The output of a shell command, without the last line feed.
 std::string sh(const std::string &command) {
-    std::string out;
-    FILE *p = popen(command.c_str(), "r");
-    if (!p) return out;
-    char buf[512];
-    size_t n;
-    while ((n = fread(buf, 1, sizeof buf, p)) > 0)
-        out.append(buf, n);
-    pclose(p);
+    std::string out = wmtest::run_shell(command).out;
     if (!out.empty() && out.back() == '\n') out.pop_back();
     return out;
 }
@@ -76,39 +45,20 @@ std::string ip_json(const std::string &ip_args, const std::string &expression) {
               expression + ")'");
 }
 
-// Lines "name<TAB>library<TAB>reference" that the child prints and the parent compares.
-void check(const std::string &name, const std::string &library, const std::string &reference) {
-    std::printf("%s\t%s\t%s\n", name.c_str(), library.c_str(), reference.c_str());
-}
-
 // Runs `body` in a fresh network namespace; compares what it printed with check().
 void in_namespace(const std::function<int()> &body) {
     if (system("command -v ip >/dev/null && command -v python3 >/dev/null") != 0)
         GTEST_SKIP() << "ip (iproute2) and python3 are needed";
-    auto r = run_in_child([&] {
-        if (!enter_namespaces()) return kNoNamespace;
+    wmtest::expect_checks_agree(run_in_child([&] {
+        if (!wmtest::enter_namespaces()) return wmtest::kNoNamespace;
         if (system("ip link set lo up") != 0) return 2;
         // No IPv6 chatter: the counters stay what the test makes them.
-        write_proc("/proc/sys/net/ipv6/conf/default/disable_ipv6", "1");
-        write_proc("/proc/sys/net/ipv6/conf/all/disable_ipv6", "1");
+        write_text("/proc/sys/net/ipv6/conf/default/disable_ipv6", "1");
+        write_text("/proc/sys/net/ipv6/conf/all/disable_ipv6", "1");
         int rc = body();
         std::fflush(stdout);
         return rc;
-    });
-    if (r.exit_code() == kNoNamespace)
-        GTEST_SKIP() << "this machine refuses an unprivileged "
-                        "user and network namespace";
-    EXPECT_EQ(r.exit_code(), 0) << r.err;
-    std::istringstream lines(r.out);
-    std::string line;
-    int checks = 0;
-    while (std::getline(lines, line)) {
-        size_t a = line.find('\t'), b = line.rfind('\t');
-        ASSERT_TRUE(a != std::string::npos && b != a) << line;
-        EXPECT_EQ(line.substr(a + 1, b - a - 1), line.substr(b + 1)) << line.substr(0, a);
-        ++checks;
-    }
-    EXPECT_GT(checks, 0) << r.err;
+    }));
 }
 
 int run(const std::string &command) {
@@ -337,7 +287,6 @@ TEST(DhcpServer, LeasesOfUdhcpdClients) {
     if (system("busybox udhcpd --help >/dev/null 2>&1; busybox --list | grep -qx udhcpd") != 0)
         GTEST_SKIP() << "busybox without udhcpd";
     wmtest::TempRoot root;
-    mkdir(root.path("/var/run").c_str(), 0755);
     // Links named after the tools, so that each process's command name is its own.
     std::string bin = root.path("/tmp");
     for (const char *tool : {"udhcpd", "udhcpc"})

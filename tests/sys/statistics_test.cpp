@@ -117,10 +117,7 @@ TEST(Statistics, UptimeAgainstProcUptime) {
 
 class ProcStat : public ::testing::Test {
   protected:
-    void SetUp() override {
-        unlink(root_.path("/proc").c_str());
-        mkdir(root_.path("/proc").c_str(), 0755);
-    }
+    void SetUp() override { root_.own_proc(); }
     void sample(const std::string &name) {
         write_file(root_.path("/proc/stat"),
                    read_file(wmtest::source_dir() + "/tests/sys/data/proc_stat/" + name));
@@ -217,10 +214,7 @@ TEST(Statistics, CommandFirstLine) {
 
 class HostTraffic : public ::testing::Test {
   protected:
-    void SetUp() override {
-        unlink(root_.path("/proc").c_str());
-        mkdir(root_.path("/proc").c_str(), 0755);
-    }
+    void SetUp() override { root_.own_proc(); }
     // Runs one of the two printers and reads its output back through Python's json.
     std::string printed(int (*show)(void), int expected_count) {
         auto r = run_in_child([&] { return show() == expected_count ? 0 : 1; });

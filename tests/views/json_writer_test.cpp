@@ -42,10 +42,7 @@ std::string c_library_dotted(uint32_t v4) {
 }
 
 TEST(JsonWriter, NumbersAndAddressesAsTheCLibraryPrintsThem) {
-    std::random_device seed_source;
-    unsigned seed = seed_source();
-    SCOPED_TRACE("seed " + std::to_string(seed));
-    std::mt19937 rng(seed);
+    wmtest::SeededRandom rng;
     for (int round = 0; round < 4; ++round) {
         auto r = random_record(rng);
         viewtest::Parsed p = viewtest::parse(viewtest::print(printf_VsIpport_json, *r));
@@ -66,12 +63,6 @@ TEST(JsonWriter, NumbersAndAddressesAsTheCLibraryPrintsThem) {
 
 // The C library's forms of the members the wireless and LAN views print with the library's
 // own formatting: "%02X" MACs, "%llu" and "%u" counts, inet_ntop's IPv6 addresses.
-std::string c_library_mac(const mac_field &m) {
-    char text[18];
-    std::snprintf(text, sizeof text, "%02X:%02X:%02X:%02X:%02X:%02X", m.mac[0], m.mac[1], m.mac[2],
-                  m.mac[3], m.mac[4], m.mac[5]);
-    return text;
-}
 std::string c_library_u64(uint64_t v) {
     char text[24];
     std::snprintf(text, sizeof text, "%llu", static_cast<unsigned long long>(v));
@@ -101,10 +92,7 @@ void random_ipv6(std::mt19937 &rng, ip6addr_field &a, int kind) {
 }
 
 TEST(JsonWriter, MacsCountsAndIpv6AsTheCLibraryPrintsThem) {
-    std::random_device seed_source;
-    unsigned seed = seed_source();
-    SCOPED_TRACE("seed " + std::to_string(seed));
-    std::mt19937 rng(seed);
+    wmtest::SeededRandom rng;
     const uint64_t extremes[] = {0, 9, 10, UINT32_MAX, uint64_t(UINT32_MAX) + 1, UINT64_MAX};
     for (int round = 0; round < 4; ++round) {
         auto w = std::make_unique<wifi_config>();
@@ -129,7 +117,7 @@ TEST(JsonWriter, MacsCountsAndIpv6AsTheCLibraryPrintsThem) {
                 const wifi_vap &v = w->m_radio[r].m_vap[i];
                 std::string at =
                     "m_radio[" + std::to_string(r) + "].m_vap[" + std::to_string(i) + "].";
-                EXPECT_EQ(p.at(at + "m_bssid"), c_library_mac(v.m_bssid));
+                EXPECT_EQ(p.at(at + "m_bssid"), wmtest::mac_text(v.m_bssid.mac));
                 EXPECT_EQ(p.at(at + "m_tx_bytes"), c_library_u64(v.m_tx_bytes));
                 EXPECT_EQ(p.at(at + "m_rx_bytes"), c_library_u64(v.m_rx_bytes));
                 EXPECT_EQ(p.at(at + "m_tx_pkts"), c_library_u64(v.m_tx_pkts));

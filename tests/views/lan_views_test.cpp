@@ -160,6 +160,9 @@ std::string run(const std::string &view, Case c) {
 
 const char *const kViews[] = {"Lan", "Wan", "Bypass"};
 
+// The goldens pin the particular shapes: the lease list's "resved" before "element", `}]},`
+// after the last lease, "id" before "lock_location"; the WAN list with no count, closed by
+// `}],`.
 TEST(LanViews, WholeDocumentsMatchTheirGoldenFiles) {
     for (const char *v : kViews)
         for (Case c : {Case::Defaults, Case::Full, Case::Edge})
@@ -226,26 +229,6 @@ TEST(LanViews, Ipv6AddressesAsPythonReadsThem) {
     ASSERT_EQ(py.exit_code(), 0) << py.err;
     for (auto [key, stored] : members)
         EXPECT_NE(py.out.find(std::string(key) + " True"), std::string::npos) << key << py.out;
-}
-
-// The particular shapes: the lease list's "resved" before "element", `}]},` after the last
-// lease, "id" before "lock_location"; the WAN list with no count, closed by `}],`.
-TEST(LanViews, Shapes) {
-    std::string lan = run("Lan", Case::Full);
-    EXPECT_NE(lan.find("\"max_count\":\"32\",\n\"resved\":\"binds\",\n\"element\":[{\n\"id\":\"1\","
-                       "\n\"lock_location\":\"200\",\n"),
-              std::string::npos);
-    EXPECT_NE(lan.find("\"resved\":\"r31\"\n}]},\"enable_ipv6\":\"1\",\n"), std::string::npos);
-    EXPECT_TRUE(lan.starts_with("{\"ipaddr\":\"192.168.1.1\",\n"));
-    EXPECT_TRUE(lan.ends_with("\"resved\":\"record\"\n}"));
-    EXPECT_EQ(lan.find("00:11:22:33:44:63"), std::string::npos); // the controller's list
-    std::string wan = run("Wan", Case::Full);
-    EXPECT_TRUE(wan.starts_with("{\"wanconfig\":[{\n\"lock_location\":\"300\",\n"));
-    EXPECT_TRUE(wan.ends_with("\"resved\":\"line3\"\n}],\"resved\":\"record\"\n}"));
-    EXPECT_EQ(wan.find("count"), std::string::npos);
-    std::string bypass = run("Bypass", Case::Full);
-    EXPECT_NE(bypass.find("\"stp\":\"1\",\n\"enable\":\"1\",\n\"conn_type\":\"2\",\n"),
-              std::string::npos);
 }
 
 } // namespace

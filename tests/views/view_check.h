@@ -8,7 +8,6 @@
 
 #include <algorithm>
 
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <functional>
@@ -64,9 +63,10 @@ struct Parsed {
     }
 };
 
-inline Parsed parse(const std::string &document) {
+// `options` name the departures a view is allowed (see the script).
+inline Parsed parse(const std::string &document, const std::string &options = "") {
     wmtest::ChildResult r = wmtest::run_shell(
-        "python3 '" + wmtest::source_dir() + "/tests/views/json_flatten.py'", document);
+        "python3 '" + wmtest::source_dir() + "/tests/views/json_flatten.py' " + options, document);
     Parsed p;
     p.status = r.exit_code();
     p.message = r.out + r.err;
@@ -78,6 +78,14 @@ inline Parsed parse(const std::string &document) {
         if (tab != std::string::npos) p.values[line.substr(0, tab)] = line.substr(tab + 1);
     }
     return p;
+}
+
+// Each "path=value" (the value after the first '=') as python3 read the document.
+inline void expect_at(const Parsed &p, std::initializer_list<const char *> expected) {
+    for (std::string e : expected) {
+        size_t eq = e.find('=');
+        EXPECT_EQ(p.at(e.substr(0, eq)), e.substr(eq + 1)) << e;
+    }
 }
 
 // One value of a view's document for one record, as python3 reads it.
@@ -114,11 +122,7 @@ std::unique_ptr<Record> from_defaults(void (*builder)(field_desc *, Record *), c
     return record;
 }
 
-// Writes `text` into a member; a text as long as the member leaves no terminator.
-template <size_t N> void put(char (&member)[N], const std::string &text) {
-    std::memset(member, 0, N);
-    std::memcpy(member, text.data(), text.size() < N ? text.size() : N);
-}
+using wmtest::put;
 template <size_t N> void fill_full(char (&member)[N], char c) {
     std::memset(member, c, N);
 }
