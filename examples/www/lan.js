@@ -24,9 +24,13 @@ function valuesOf(form, lan, vlans) {
   }
 }
 
-async function loadForms() {
+// Fills every form, or only `only`: after a save just the saved form is filled again, so
+// that what the administrator is typing into another form meanwhile is kept.
+async function loadForms(only) {
   const [lan, vlans] = await Promise.all([Fields.get('lan.cgi', 'lan'), Fields.get('lan.cgi', 'vlans')]);
-  for (const form of document.querySelectorAll('form[data-form]')) Fields.fill(form, valuesOf(form.dataset.form, lan, vlans));
+  for (const form of document.querySelectorAll('form[data-form]')) {
+    if (!only || form === only) Fields.fill(form, valuesOf(form.dataset.form, lan, vlans));
+  }
   return lan;
 }
 
@@ -40,7 +44,7 @@ function setUpForms() {
       if (result === 0 && name === 'vlans' && Fields.last.applied === -1) {
         WM.show('The port VLAN ids are saved, but the switch did not take them.', false);
       }
-      if (result !== null) await loadForms();
+      if (result !== null) await loadForms(form);
     });
   }
 }
