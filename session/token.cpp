@@ -52,13 +52,18 @@ int host_lock_command(int command) {
 }
 
 // The session lock: /var/loginlock opened read-write (it must exist) and write-locked as a
-// whole, blocking. The lock is released before the descriptor is closed.
+// whole, blocking (with Later: when lock() is called). The lock is released before the
+// descriptor is closed.
 class SessionLock {
   public:
     SessionLock()
         : path_(wm::device_path(wm::fixed::kLoginLock)),
           fd_(::open(path_.c_str(), O_RDWR | O_CLOEXEC, 0644)), lock_(fd_.get()) {}
+    explicit SessionLock(wm::FileLock::Later later)
+        : path_(wm::device_path(wm::fixed::kLoginLock)),
+          fd_(::open(path_.c_str(), O_RDWR | O_CLOEXEC, 0644)), lock_(fd_.get(), later) {}
     bool opened() const { return bool(fd_); }
+    void lock() { lock_.lock(); }
     // What the caller returns when the lock file cannot be opened: the length of the
     // message, which is printed where the CGI's reply goes.
     int report_open_failure() const { return std::printf("cannot open %s!\n", path_.c_str()); }
@@ -99,6 +104,27 @@ int touch_session(token_list &list, const char *client_ip, const char *token, in
     return 0;
 }
 
+// One check of a session against the table in `file`: its result, and the table the check
+// leaves, which must be written unless the file holds it already (after a check in the same
+// second, say). An expired session is freed, and so leaves the file.
+struct SessionCheck {
+    int result;
+    bool rewrite;
+    size_t size;
+    char text[wm::kTokenTextMax];
+};
+
+void check_session_in(const char *file, const char *client_ip, const char *token, int32_t now,
+                      SessionCheck &check) {
+    token_list list{};
+    wm::TokenText before;
+    wm::read_token_text(file, before);
+    if (before.present) wm::parse_token_text(before.view(), list);
+    check.result = touch_session(list, client_ip, token, now);
+    check.size = wm::format_token_text(list, check.text);
+    check.rewrite = !before.present || before.view() != std::string_view(check.text, check.size);
+}
+
 // The at most 16 characters after `name` in `text`; false when `name` is absent.
 bool copy_after(const char *text, const char *name, char *dst) {
     if (!text) return false;
@@ -132,21 +158,19 @@ int lock_reg(int fd, int command, int type, int64_t start, int whence, int64_t l
 int auth_token(const char *client_ip, const char *token) {
     int32_t now = get_curr_time();
     if (!client_ip || !token || std::strlen(token) < kShortestToken) return -1;
-    SessionLock lock;
+    SessionLock lock{wm::FileLock::Later{}};
     if (!lock.opened()) return lock.report_open_failure();
-    token_list list{};
     wm::DevicePath file = token_file();
-    wm::TokenText before;
-    wm::read_token_text(file.c_str(), before);
-    if (before.present) wm::parse_token_text(before.view(), list);
-    int result = touch_session(list, client_ip, token, now);
-    // Written back whatever the outcome, so that an expired session leaves the file; a check
-    // in the same second as the last one finds the file holding what it would write.
-    char after[wm::kTokenTextMax];
-    size_t size = wm::format_token_text(list, after);
-    if (!before.present || before.view() != std::string_view(after, size))
-        wm::replace_file(file.c_str(), {after, size}, 0600, false);
-    return result;
+    SessionCheck check;
+    // The file is only ever replaced whole, so a read without the lock sees a whole table;
+    // a check that leaves the file as it is needs the lock no more than a read does.
+    check_session_in(file.c_str(), client_ip, token, now, check);
+    if (!check.rewrite) return check.result;
+    // Read again under the lock: another process may have replaced the file meanwhile.
+    lock.lock();
+    check_session_in(file.c_str(), client_ip, token, now, check);
+    if (check.rewrite) wm::replace_file(file.c_str(), {check.text, check.size}, 0600, false);
+    return check.result;
 }
 
 int generate_token2save(const char *client_ip, const char *token) {

@@ -60,7 +60,7 @@ int first_free_slot(const token_list &list) {
 namespace wm {
 
 void read_token_text(const char *path, TokenText &text) {
-    long size = read_file_text(path, text.bytes);
+    long size = read_regular_file_text(path, text.bytes);
     text.present = size >= 0;
     text.size = text.present ? size_t(size) : 0;
 }

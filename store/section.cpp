@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/uio.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -58,30 +59,27 @@ void make_parent_dirs(const char *path) {
 
 enum class ReadResult { kOk, kMissing, kRefused };
 
-// Reads `size` bytes from `fd` at `offset` 0 into `out`; false when the file ends early.
-bool read_all_at(int fd, uint8_t *out, uint32_t size) {
+// Reads `size` bytes from the start of `fd` into `out` and checks that nothing follows, in
+// one call for a whole section: it asks for the byte behind the section too, and a read of a
+// regular file that stops short of what it asked for has met the end of the file.
+bool read_all_then_end(int fd, uint8_t *out, uint32_t size) {
+    uint8_t behind;
     uint32_t got = 0;
-    while (got < size) {
-        ssize_t n = ::pread(fd, out + got, size - got, off_t(got));
+    for (;;) {
+        struct iovec parts[2] = {{out + got, size - got}, {&behind, 1}};
+        ssize_t n = ::readv(fd, parts, 2);
         if (n < 0 && errno == EINTR) continue;
-        if (n <= 0) return false;
+        if (n < 0 || uint64_t(got) + uint64_t(n) > size) return false;
         got += uint32_t(n);
+        if (n == 0 || got == size) return got == size;
     }
-    return true;
 }
 
 // Reads exactly `size` bytes; a file of any other size is refused, never read past its end.
-// `second`, when given, gets the same bytes from the same open file (a file is only ever
-// replaced, never rewritten in place), read by the kernel rather than copied here. The size
-// is checked by reading: the section, then nothing behind it.
-ReadResult read_exact(const char *path, void *out, uint32_t size, void *second = nullptr) {
+ReadResult read_exact(const char *path, void *out, uint32_t size) {
     UniqueFd fd(::open(path, O_RDONLY | O_CLOEXEC));
     if (!fd) return ReadResult::kMissing;
-    uint8_t behind;
-    if (read_all_at(fd.get(), static_cast<uint8_t *>(out), size) &&
-        ::pread(fd.get(), &behind, 1, off_t(size)) == 0 &&
-        (!second || read_all_at(fd.get(), static_cast<uint8_t *>(second), size)))
-        return ReadResult::kOk;
+    if (read_all_then_end(fd.get(), static_cast<uint8_t *>(out), size)) return ReadResult::kOk;
     // Messages go straight to descriptor 2: the store needs no stdio stream of its own.
     off_t held = ::lseek(fd.get(), 0, SEEK_END);
     if (held >= 0 && held != off_t(size))
@@ -126,11 +124,11 @@ enum class Source { kMemory, kFlash, kDefaults };
 Source load_current(SectionId id, void *record, void *second = nullptr) {
     const Section &s = section(id);
     Source source = Source::kMemory;
-    if (read_exact(section_file(fixed::kConfigMemoryDir, s.name, ".bin").c_str(), record, s.size,
-                   second) != ReadResult::kOk) {
+    if (read_exact(section_file(fixed::kConfigMemoryDir, s.name, ".bin").c_str(), record,
+                   s.size) != ReadResult::kOk) {
         source = Source::kFlash;
-        if (read_exact(section_file(fixed::kConfigFlashDir, s.name, ".bin").c_str(), record, s.size,
-                       second) != ReadResult::kOk) {
+        if (read_exact(section_file(fixed::kConfigFlashDir, s.name, ".bin").c_str(), record,
+                       s.size) != ReadResult::kOk) {
             source = Source::kDefaults;
             std::memset(record, 0, s.size);
             load_defaults(s, record);
@@ -139,6 +137,7 @@ Source load_current(SectionId id, void *record, void *second = nullptr) {
             head->sub_version = kSubVersion;
         }
     }
+    if (second && source != Source::kDefaults) std::memcpy(second, record, s.size);
     set_lock_file(s, record);
     return source;
 }

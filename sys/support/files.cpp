@@ -82,19 +82,33 @@ bool replace_file(const char *target, std::string_view data, mode_t mode, bool d
     return true;
 }
 
-long read_file_text(const char *path, std::span<char> buffer) {
+namespace {
+
+long read_text(const char *path, std::span<char> buffer, bool short_read_ends) {
     if (buffer.empty()) return -1;
     UniqueFd fd(::open(path, O_RDONLY | O_CLOEXEC));
     if (!fd) return -1;
     size_t used = 0;
     while (used + 1 < buffer.size()) {
-        ssize_t n = ::read(fd.get(), buffer.data() + used, buffer.size() - 1 - used);
+        size_t want = buffer.size() - 1 - used;
+        ssize_t n = ::read(fd.get(), buffer.data() + used, want);
         if (n < 0 && errno == EINTR) continue;
         if (n <= 0) break;
         used += size_t(n);
+        if (short_read_ends && size_t(n) < want) break;
     }
     buffer[used] = '\0';
     return long(used);
+}
+
+} // namespace
+
+long read_file_text(const char *path, std::span<char> buffer) {
+    return read_text(path, buffer, false);
+}
+
+long read_regular_file_text(const char *path, std::span<char> buffer) {
+    return read_text(path, buffer, true);
 }
 
 bool write_all(int fd, const void *data, size_t length) {

@@ -38,6 +38,10 @@ bool replace_file(const char *target, std::string_view data, mode_t mode, bool d
 // Reads up to buffer.size() - 1 bytes of a file and terminates them; -1 when it cannot be
 // opened, else the byte count.
 long read_file_text(const char *path, std::span<char> buffer);
+// The same for a regular file of ours: a short read is its end (as it is for any regular
+// file on Linux), so a file that fits is read in one call. Never for /proc files, whose
+// reads stop at each record.
+long read_regular_file_text(const char *path, std::span<char> buffer);
 
 // Writes all of `data`, retrying short writes; false on error.
 bool write_all(int fd, const void *data, size_t length);

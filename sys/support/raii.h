@@ -103,11 +103,18 @@ template <typename T> class HeapPtr {
 // an open-file-description lock, which closing another descriptor of the file does not drop.
 class FileLock {
   public:
-    FileLock(int fd, bool ofd = false) : fd_(fd), ofd_(ofd) { locked_ = fd >= 0 && apply(F_WRLCK); }
+    FileLock(int fd, bool ofd = false) : fd_(fd), ofd_(ofd) { lock(); }
+    // Taken only when lock() is called.
+    struct Later {};
+    FileLock(int fd, Later) : fd_(fd), ofd_(false) {}
     FileLock(const FileLock &) = delete;
     FileLock &operator=(const FileLock &) = delete;
     ~FileLock() { unlock(); }
     bool locked() const { return locked_; }
+    bool lock() {
+        if (!locked_) locked_ = fd_ >= 0 && apply(F_WRLCK);
+        return locked_;
+    }
     void unlock() {
         if (locked_) apply(F_UNLCK);
         locked_ = false;
