@@ -124,8 +124,8 @@ enum class Source { kMemory, kFlash, kDefaults };
 Source load_current(SectionId id, void *record, void *second = nullptr) {
     const Section &s = section(id);
     Source source = Source::kMemory;
-    if (read_exact(section_file(fixed::kConfigMemoryDir, s.name, ".bin").c_str(), record,
-                   s.size) != ReadResult::kOk) {
+    if (read_exact(section_file(fixed::kConfigMemoryDir, s.name, ".bin").c_str(), record, s.size) !=
+        ReadResult::kOk) {
         source = Source::kFlash;
         if (read_exact(section_file(fixed::kConfigFlashDir, s.name, ".bin").c_str(), record,
                        s.size) != ReadResult::kOk) {
