@@ -18,8 +18,9 @@
 namespace wm::store {
 namespace {
 
-// This process's copy of a section and what it last read or wrote of it. The pid and root
-// tell a forked child, or a test that moved WEBMGMT_ROOT, to load afresh.
+// This process's copy of a section and what it last read or wrote of its lists (`seen`, kept
+// only for a section that has lists). The pid and root tell a forked child, or a test that
+// moved WEBMGMT_ROOT, to load afresh.
 struct Cached {
     uint8_t *record;
     uint8_t *seen;
@@ -120,8 +121,7 @@ void set_lock_file(const Section &s, void *record) {
 enum class Source { kMemory, kFlash, kDefaults };
 
 // The stored section: the memory copy, else the flash copy, else the factory defaults.
-// `second`, when given, gets a copy of what a stored copy held (not of the defaults).
-Source load_current(SectionId id, void *record, void *second = nullptr) {
+Source load_current(SectionId id, void *record) {
     const Section &s = section(id);
     Source source = Source::kMemory;
     if (read_exact(section_file(fixed::kConfigMemoryDir, s.name, ".bin").c_str(), record, s.size) !=
@@ -137,7 +137,6 @@ Source load_current(SectionId id, void *record, void *second = nullptr) {
             head->sub_version = kSubVersion;
         }
     }
-    if (second && source != Source::kDefaults) std::memcpy(second, record, s.size);
     set_lock_file(s, record);
     return source;
 }
@@ -145,6 +144,28 @@ Source load_current(SectionId id, void *record, void *second = nullptr) {
 bool same_list(const ListDesc &l, const uint8_t *a, const uint8_t *b) {
     return std::memcmp(a + l.count_offset, b + l.count_offset, l.count_size) == 0 &&
            std::memcmp(a + l.elem_offset, b + l.elem_offset, l.elem_end() - l.elem_offset) == 0;
+}
+
+// Calls `each` with every list of section `id`.
+template <typename Each> void for_each_list(SectionId id, Each each) {
+    size_t n = 0;
+    const ListDesc *const *lists = all_lists(&n);
+    for (size_t i = 0; i < n; ++i)
+        if (lists[i]->section == id) each(*lists[i]);
+}
+
+bool has_lists(SectionId id) {
+    bool any = false;
+    for_each_list(id, [&](const ListDesc &) { any = true; });
+    return any;
+}
+
+// Keeps in `seen` what same_list() compares later: each list's count and elements.
+void keep_lists(SectionId id, uint8_t *seen, const uint8_t *record) {
+    for_each_list(id, [&](const ListDesc &l) {
+        std::memcpy(seen + l.count_offset, record + l.count_offset, l.count_size);
+        std::memcpy(seen + l.elem_offset, record + l.elem_offset, l.elem_end() - l.elem_offset);
+    });
 }
 
 bool cache_is_current(const Cached &c) {
@@ -178,20 +199,18 @@ Cached *load_cache(SectionId id) {
     if (cache_is_current(c)) return &c;
     const Section &s = section(id);
     if (!c.record) {
+        bool lists = has_lists(id);
         c.record = static_cast<uint8_t *>(std::malloc(s.size));
-        c.seen = static_cast<uint8_t *>(std::malloc(s.size));
-        if (!c.record || !c.seen) {
+        c.seen = lists ? static_cast<uint8_t *>(std::malloc(s.size)) : nullptr;
+        if (!c.record || (lists && !c.seen)) {
             std::free(c.record);
             std::free(c.seen);
             c.record = c.seen = nullptr;
             return nullptr;
         }
     }
-    Source source = load_current(id, c.record, c.seen);
-    if (source == Source::kDefaults)
-        std::memcpy(c.seen, c.record, s.size);
-    else
-        set_lock_file(s, c.seen);
+    Source source = load_current(id, c.record);
+    if (c.seen) keep_lists(id, c.seen, c.record);
     // The forms create the lock files in the memory directory: it must exist (it does when
     // the memory copy was read from it). A section built from its defaults is stored there,
     // so that the next process reads it instead of building it again.
@@ -248,7 +267,7 @@ void Transaction::publish(uint32_t begin, uint32_t end, void *caller) {
     if (caller) std::memmove(static_cast<uint8_t *>(caller) + begin, from, n);
     if (c) {
         if (c->record != caller) std::memcpy(c->record + begin, from, n);
-        std::memcpy(c->seen + begin, from, n);
+        if (c->seen) std::memcpy(c->seen + begin, from, n);
     }
 }
 
@@ -266,15 +285,13 @@ int save(SectionId id, const void *record, bool flash) {
     if (!stored) return CONFIG_ERR_IO;
     std::memcpy(stored.get(), t.record(), s.size);
     std::memcpy(t.record(), record, s.size);
-    size_t n = 0;
-    const ListDesc *const *lists = all_lists(&n);
-    for (size_t i = 0; c && i < n; ++i) {
-        const ListDesc &l = *lists[i];
-        if (l.section == id && same_list(l, c->seen, t.record())) {
+    if (c && c->seen) {
+        for_each_list(id, [&](const ListDesc &l) {
+            if (!same_list(l, c->seen, t.record())) return;
             std::memcpy(t.record() + l.count_offset, stored.get() + l.count_offset, l.count_size);
             std::memcpy(t.record() + l.elem_offset, stored.get() + l.elem_offset,
                         l.elem_end() - l.elem_offset);
-        }
+        });
     }
     set_lock_file(s, t.record());
     int rc = t.commit(flash);
