@@ -74,6 +74,10 @@ struct ListCase {
     void (*view)(const rule_config_set &);
 };
 
+void PrintTo(const ListCase &c, std::ostream *os) {
+    *os << c.label;
+}
+
 template <typename Slot> void print_slot(const Slot &s, const std::string &content) {
     if (s.id > 0) std::printf("%d %s %s\n", s.id, text(s.name).c_str(), content.c_str());
 }
