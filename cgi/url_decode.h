@@ -3,6 +3,7 @@
 // without a CGI environment.
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <span>
 #include <string_view>
@@ -40,7 +41,7 @@ inline size_t find_byte(std::string_view text, char c) {
     for (; i + 16 <= text.size(); i += 16) {
         __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i *>(text.data() + i));
         if (int hits = _mm_movemask_epi8(_mm_cmpeq_epi8(block, wanted)))
-            return i + size_t(__builtin_ctz(unsigned(hits)));
+            return i + size_t(std::countr_zero(unsigned(hits)));
     }
 #endif
     for (; i < text.size(); ++i)

@@ -56,9 +56,7 @@ int host_lock_command(int command) {
 // descriptor is closed.
 class SessionLock {
   public:
-    SessionLock()
-        : path_(wm::device_path(wm::fixed::kLoginLock)),
-          fd_(::open(path_.c_str(), O_RDWR | O_CLOEXEC, 0644)), lock_(fd_.get()) {}
+    SessionLock() : SessionLock(wm::FileLock::Later{}) { lock(); }
     explicit SessionLock(wm::FileLock::Later later)
         : path_(wm::device_path(wm::fixed::kLoginLock)),
           fd_(::open(path_.c_str(), O_RDWR | O_CLOEXEC, 0644)), lock_(fd_.get(), later) {}

@@ -160,12 +160,15 @@ bool has_lists(SectionId id) {
     return any;
 }
 
-// Keeps in `seen` what same_list() compares later: each list's count and elements.
+// Copies list `l` (its count and elements) from one record of its section to another.
+void copy_list(const ListDesc &l, uint8_t *to, const uint8_t *from) {
+    std::memcpy(to + l.count_offset, from + l.count_offset, l.count_size);
+    std::memcpy(to + l.elem_offset, from + l.elem_offset, l.elem_end() - l.elem_offset);
+}
+
+// Keeps in `seen` what same_list() compares later.
 void keep_lists(SectionId id, uint8_t *seen, const uint8_t *record) {
-    for_each_list(id, [&](const ListDesc &l) {
-        std::memcpy(seen + l.count_offset, record + l.count_offset, l.count_size);
-        std::memcpy(seen + l.elem_offset, record + l.elem_offset, l.elem_end() - l.elem_offset);
-    });
+    for_each_list(id, [&](const ListDesc &l) { copy_list(l, seen, record); });
 }
 
 bool cache_is_current(const Cached &c) {
@@ -287,10 +290,7 @@ int save(SectionId id, const void *record, bool flash) {
     std::memcpy(t.record(), record, s.size);
     if (c && c->seen) {
         for_each_list(id, [&](const ListDesc &l) {
-            if (!same_list(l, c->seen, t.record())) return;
-            std::memcpy(t.record() + l.count_offset, stored.get() + l.count_offset, l.count_size);
-            std::memcpy(t.record() + l.elem_offset, stored.get() + l.elem_offset,
-                        l.elem_end() - l.elem_offset);
+            if (same_list(l, c->seen, t.record())) copy_list(l, t.record(), stored.get());
         });
     }
     set_lock_file(s, t.record());

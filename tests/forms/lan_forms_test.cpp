@@ -42,8 +42,8 @@ struct Stored {
     std::string name;
     std::string value;
     Kind kind = Kind::Same;
-    Stored(const char *spec) {
-        std::string s = spec;
+    Stored(const char *pair) {
+        std::string s = pair;
         size_t at = s.find_first_of("=~");
         name = s.substr(0, at), value = s.substr(at + 1);
         kind = s[at] == '~' ? Kind::Address : Kind::Same;
